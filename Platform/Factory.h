@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Platform/Services.h"
+
+#include <memory>
+#include <string>
+
+namespace brimquill::platform {
+
+/// The services of the system at hand, chosen by what it can do; what it lacks is logged, once, with the reason. Needs
+/// the application object of the user interface to exist, and must go before it does.
+std::unique_ptr<Services> createServices();
+
+/// The preferences alone, for what runs without a user interface: the suite of that name, or the program's own when
+/// empty.
+std::unique_ptr<UserDefaults> createUserDefaults(const std::string& suite);
+
+/// Sends the program's log lines to the system log and to standard error.
+void installSystemLog();
+
+}  // namespace brimquill::platform
