@@ -18,6 +18,15 @@ constexpr bool contains(EventMask mask, EventMask part) {
     return (static_cast<unsigned>(mask) & static_cast<unsigned>(part)) != 0;
 }
 
+constexpr EventMask maskOf(EventType type) {
+    switch (type) {
+        case EventType::keyDown: return EventMask::keyDown;
+        case EventType::flagsChanged: return EventMask::flagsChanged;
+        case EventType::mouseDown: return EventMask::mouseDown;
+    }
+    return EventMask::keyDown;
+}
+
 struct Event {
     EventType type = EventType::keyDown;
     /// A value of `key`, or `key::other`.

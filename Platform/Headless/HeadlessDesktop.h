@@ -1,0 +1,100 @@
+#pragma once
+
+#include "Platform/Accessibility.h"
+#include "Platform/HandlerList.h"
+#include "Platform/Instance.h"
+#include "Platform/OpenPanel.h"
+#include "Platform/RunLoop.h"
+#include "Platform/Screens.h"
+#include "Platform/SystemAppearance.h"
+
+#include <optional>
+#include <utility>
+
+namespace brimquill::platform {
+
+/// The services that are little more than a value somebody sets.
+
+class HeadlessAccessibility final : public Accessibility {
+public:
+    void setTrusted(bool trusted) { isTrusted_ = trusted; }
+    int promptCount() const { return promptCount_; }
+
+    bool isProcessTrusted() override { return isTrusted_; }
+    bool isProcessTrustedWithPrompt() override {
+        ++promptCount_;
+        return isTrusted_;
+    }
+
+private:
+    bool isTrusted_ = true;
+    int promptCount_ = 0;
+};
+
+class HeadlessScreens final : public Screens {
+public:
+    void setMain(std::optional<Screen> screen) { main_ = screen; }
+    void setMouseLocation(Point point) { mouseLocation_ = point; }
+
+    std::optional<Screen> main() override { return main_; }
+    Point mouseLocation() override { return mouseLocation_; }
+
+private:
+    std::optional<Screen> main_ = Screen{{0, 0, 1920, 1080}, {0, 32, 1920, 1000}, 1};
+    Point mouseLocation_{960, 540};
+};
+
+class HeadlessAppearance final : public SystemAppearance {
+public:
+    /// Tells the observers.
+    void set(bool prefersDark, bool reduceMotion) {
+        prefersDark_ = prefersDark;
+        reduceMotion_ = reduceMotion;
+        observers_.callAll();
+    }
+
+    bool prefersDark() const override { return prefersDark_; }
+    bool reduceMotion() const override { return reduceMotion_; }
+    Token observe(std::function<void()> changed) override { return observers_.add(std::move(changed)); }
+
+private:
+    HandlerList<std::function<void()>> observers_;
+    bool prefersDark_ = false, reduceMotion_ = false;
+};
+
+/// Answers on the main queue with what was scripted: nothing, as when the user cancels, unless a path was set.
+class HeadlessOpenPanel final : public OpenPanel {
+public:
+    explicit HeadlessOpenPanel(RunLoop& runLoop) : runLoop_(runLoop) {}
+    void setAnswer(std::optional<std::string> path) { answer_ = std::move(path); }
+    const std::vector<Request>& requests() const { return requests_; }
+
+    void run(const Request& request, std::function<void(std::optional<std::string>)> done) override {
+        requests_.push_back(request);
+        runLoop_.async([answer = answer_, done = std::move(done)] { done(answer); });
+    }
+
+private:
+    RunLoop& runLoop_;
+    std::vector<Request> requests_;
+    std::optional<std::string> answer_;
+};
+
+class HeadlessInstance final : public Instance {
+public:
+    /// Somebody else runs already.
+    void setRunsElsewhere(bool runs) { runsElsewhere_ = runs; }
+    /// The program is opened again.
+    void reopen() {
+        if (handler_) handler_();
+    }
+
+    bool claim() override { return !runsElsewhere_; }
+    void setReopenHandler(std::function<void()> handler) override { handler_ = std::move(handler); }
+
+private:
+    std::function<void()> handler_;
+    bool runsElsewhere_ = false;
+};
+
+}  // namespace brimquill::platform
