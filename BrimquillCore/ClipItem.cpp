@@ -39,7 +39,8 @@ std::optional<ClipKind> clipKind(std::string_view rawValue) {
 std::string ClipItem::preview() const {
     if (kind == ClipKind::file) {
         auto names = text::split(text, '\n');
-        for (auto& line : names) line = text::lastPathComponent(line);
+        for (auto& line : names)
+            line = text::lastPathComponent(line);
         return text::join(names, "\n");
     }
     if (kind == ClipKind::image && text.empty()) return "🖼 Image";

@@ -4,15 +4,20 @@
 #include "BrimquillCore/ClipItem.h"
 #include "BrimquillCore/Foundation/NotificationCenter.h"
 
+#include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <set>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace brimquill {
+
+namespace sqlite {
+class Connection;
+}
 
 /// The hoard: one SQLite database with a full-text index, and a directory of image files beside it.
 ///
@@ -91,9 +96,9 @@ public:
     const std::filesystem::path imagesDirectory;
     const std::filesystem::path databaseURL;
     /// How many ordinary clips `insert` keeps; below 1 there is no limit.
-    int retentionLimit = 10000;
-    /// True while a remote change is being applied, so that an observer can tell an echo.
-    bool isApplyingRemoteChanges() const { return isApplyingRemoteChanges_; }
+    std::atomic<int> retentionLimit = 10000;
+    /// True while the calling thread applies a remote change, so that an observer can tell an echo.
+    bool isApplyingRemoteChanges() const;
 
     // Captures and edits.
     /// Stores a capture. Nothing when the text repeats the first clip of the history, which then only moves up.
@@ -177,24 +182,22 @@ public:
     void setSyncRecordData(const std::optional<std::string>& data, const std::string& uuid);
 
 private:
-    class Connection;
-    class Statement;
     class RemoteChange;
 
-    void exec(const std::string& sql);
-    void execRaw(const std::string& sql);
-    void migrate();
-    int schemaVersion();
-    std::vector<ClipItem> rows(Statement& statement);
+    bool moveUpRepeated(const std::string& text);
     void touch(std::int64_t id);
-    void touchFolder(std::int64_t id);
     void enforceRetention();
+    ClipFolder childFolder(std::optional<std::int64_t> parent, const std::string& name);
+    std::int64_t insertFolder(const std::string& name, std::optional<std::int64_t> parent, const std::string& uuid,
+                              Date modifiedAt);
+    void touchFolder(std::int64_t id);
+    std::optional<std::int64_t> localFolderId(const std::optional<std::string>& uuid);
+    std::optional<std::string> writeRemoteImage(const RemoteClip& remote);
     void postDidChange();
 
-    std::unique_ptr<Connection> db_;
+    std::unique_ptr<sqlite::Connection> db_;
     NotificationCenter& center_;
     Clock clock_;
-    bool isApplyingRemoteChanges_ = false;
 };
 
 }  // namespace brimquill

@@ -36,7 +36,9 @@ struct NotificationCenter::Observation::Entry {
 
 NotificationCenter::Observation::Observation(std::shared_ptr<Entry> entry) : entry_(std::move(entry)) {}
 
-NotificationCenter::Observation::~Observation() { cancel(); }
+NotificationCenter::Observation::~Observation() {
+    cancel();
+}
 
 NotificationCenter::Observation::Observation(Observation&&) noexcept = default;
 
