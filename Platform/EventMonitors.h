@@ -20,9 +20,12 @@ constexpr bool contains(EventMask mask, EventMask part) {
 
 constexpr EventMask maskOf(EventType type) {
     switch (type) {
-        case EventType::keyDown: return EventMask::keyDown;
-        case EventType::flagsChanged: return EventMask::flagsChanged;
-        case EventType::mouseDown: return EventMask::mouseDown;
+        case EventType::keyDown:
+            return EventMask::keyDown;
+        case EventType::flagsChanged:
+            return EventMask::flagsChanged;
+        case EventType::mouseDown:
+            return EventMask::mouseDown;
     }
     return EventMask::keyDown;
 }

@@ -11,8 +11,9 @@ namespace brimquill::platform {
 /// the application object of the user interface to exist, and must go before it does.
 std::unique_ptr<Services> createServices();
 
-/// The preferences alone, for what runs without a user interface: the suite of that name, or the program's own when
-/// empty.
+/// The preferences alone, for what runs without a user interface: the suite of that name; when empty the program's own,
+/// which is the one that the environment variable BRIMQUILL_DEFAULTS_SUITE names, or else the standard one. A name that
+/// cannot be a file name gives the standard one, with a log line.
 std::unique_ptr<UserDefaults> createUserDefaults(const std::string& suite);
 
 /// Sends the program's log lines to the system log and to standard error.

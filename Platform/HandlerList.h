@@ -9,7 +9,8 @@
 namespace brimquill::platform {
 
 /// Handlers in the order in which they were added, each in force as long as its token is held. A handler may add and
-/// remove others, and itself, while it runs; one removed is not called any more. One thread. Tokens may outlive the list.
+/// remove others, and itself, while it runs; one removed is not called any more. One thread. Tokens may outlive the
+/// list.
 template <typename Handler>
 class HandlerList final {
 public:

@@ -21,8 +21,8 @@ enum class PanelRole {
 class Panel {
 public:
     virtual ~Panel() = default;
-    /// Shows it at `frame`, above everything. A keyable panel takes the keyboard; while another program holds it, it goes on
-    /// asking for a short while. `false`: this system cannot show it.
+    /// Shows it at `frame`, above everything. A keyable panel takes the keyboard; while another program holds it, it
+    /// goes on asking for a short while. `false`: this system cannot show it.
     virtual bool show(Rect frame) = 0;
     /// Hides it; the keyboard is back with the application below when this returns.
     virtual void close() = 0;

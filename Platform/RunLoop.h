@@ -17,7 +17,8 @@ class SerialQueue {
 public:
     virtual ~SerialQueue() = default;
     virtual void async(std::function<void()> work) = 0;
-    /// Blocks this queue's own thread; called from work on this queue only. Cut short when the queue is being destroyed.
+    /// Blocks this queue's own thread; called from work on this queue only. Cut short when the queue is being
+    /// destroyed.
     virtual void wait(double seconds) = 0;
 };
 

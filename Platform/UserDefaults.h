@@ -8,8 +8,8 @@
 
 namespace brimquill::platform {
 
-/// One suite of preferences. Values are typed; one of another type than asked for counts as absent. A change is written at
-/// once and replaces the file as a whole; a file that cannot be parsed is set aside under another name. Main thread.
+/// One suite of preferences. Values are typed; one of another type than asked for counts as absent. A change is written
+/// at once and replaces the file as a whole; a file that cannot be parsed is set aside under another name. Main thread.
 class UserDefaults {
 public:
     using Value = std::variant<bool, std::int64_t, double, std::string, std::vector<std::string>>;

@@ -67,17 +67,25 @@ class HeadlessOpenPanel final : public OpenPanel {
 public:
     explicit HeadlessOpenPanel(RunLoop& runLoop) : runLoop_(runLoop) {}
     void setAnswer(std::optional<std::string> path) { answer_ = std::move(path); }
+    void setSaveAnswer(std::optional<SaveAnswer> answer) { saveAnswer_ = std::move(answer); }
     const std::vector<Request>& requests() const { return requests_; }
+    const std::vector<SaveRequest>& saveRequests() const { return saveRequests_; }
 
     void run(const Request& request, std::function<void(std::optional<std::string>)> done) override {
         requests_.push_back(request);
         runLoop_.async([answer = answer_, done = std::move(done)] { done(answer); });
     }
+    void runSave(const SaveRequest& request, std::function<void(std::optional<SaveAnswer>)> done) override {
+        saveRequests_.push_back(request);
+        runLoop_.async([answer = saveAnswer_, done = std::move(done)] { done(answer); });
+    }
 
 private:
     RunLoop& runLoop_;
     std::vector<Request> requests_;
+    std::vector<SaveRequest> saveRequests_;
     std::optional<std::string> answer_;
+    std::optional<SaveAnswer> saveAnswer_;
 };
 
 class HeadlessInstance final : public Instance {

@@ -17,7 +17,9 @@ Token HeadlessEventMonitors::addLocalMonitor(EventMask mask, std::function<bool(
     });
 }
 
-void HeadlessEventMonitors::sendGlobal(const Event& event) { global_.callAll(event); }
+void HeadlessEventMonitors::sendGlobal(const Event& event) {
+    global_.callAll(event);
+}
 
 bool HeadlessEventMonitors::sendLocal(const Event& event) {
     return local_.anyOf([&](const auto& handler) { return handler(event); });

@@ -9,8 +9,7 @@ bool HeadlessHotKeys::isTaken(const Combination& combination) {
            entries_.anyOf([&](const Entry& entry) { return entry.combination == combination; });
 }
 
-HotKeys::Registration HeadlessHotKeys::registerHotKey(int keyCode, Modifiers modifiers,
-                                                      std::function<void()> handler) {
+HotKeys::Registration HeadlessHotKeys::registerHotKey(int keyCode, Modifiers modifiers, std::function<void()> handler) {
     if (!isAvailable_ || keyCode == key::other) return {unavailable, nullptr};
     if (isTaken({keyCode, modifiers})) return {alreadyTaken, nullptr};
     return {noError, entries_.add({{keyCode, modifiers}, std::move(handler)})};

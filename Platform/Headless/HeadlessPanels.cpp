@@ -7,7 +7,8 @@
 namespace brimquill::platform {
 
 void HeadlessPanels::State::updateKey() {
-    for (const auto& record : records) record->isKey = false;
+    for (const auto& record : records)
+        record->isKey = false;
     if (!keyOrder.empty() && !keyboardHeldElsewhere) keyOrder.back()->isKey = true;
 }
 
@@ -58,8 +59,8 @@ std::vector<std::shared_ptr<PanelRecord>> HeadlessPanels::visible() const {
 }
 
 std::shared_ptr<PanelRecord> HeadlessPanels::keyPanel() const {
-    const auto found = std::find_if(state_->records.begin(), state_->records.end(),
-                                    [](const auto& record) { return record->isKey; });
+    const auto found =
+        std::find_if(state_->records.begin(), state_->records.end(), [](const auto& record) { return record->isKey; });
     return found == state_->records.end() ? nullptr : *found;
 }
 

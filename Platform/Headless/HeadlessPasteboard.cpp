@@ -4,7 +4,9 @@
 
 namespace brimquill::platform {
 
-void HeadlessPasteboard::copy(const ForeignCopy& copy) { put(copy); }
+void HeadlessPasteboard::copy(const ForeignCopy& copy) {
+    put(copy);
+}
 
 int HeadlessPasteboard::write(const PasteboardContents& contents) {
     written_.push_back(contents);
@@ -35,7 +37,8 @@ std::optional<std::vector<std::string>> HeadlessPasteboard::types() const {
     if (!contents.filePaths.empty()) types.emplace_back(pasteboard_type::fileURL);
     if (contents.png) types.emplace_back(pasteboard_type::png);
     if (contents.gif) types.emplace_back(pasteboard_type::gif);
-    for (const auto& [type, bytes] : current_.data) types.push_back(type);
+    for (const auto& [type, bytes] : current_.data)
+        types.push_back(type);
     if (contents.string) types.emplace_back(pasteboard_type::string);
     if (current_.isConcealed) types.emplace_back(pasteboard_type::concealed);
     types.insert(types.end(), current_.markers.begin(), current_.markers.end());

@@ -38,7 +38,8 @@ HeadlessRunLoop::~HeadlessRunLoop() = default;
 
 void HeadlessRunLoop::advance(double seconds) {
     const double limit = uptime() + std::max(0.0, seconds);
-    while (const Work work = takeDue(limit)) work();
+    while (const Work work = takeDue(limit))
+        work();
     const std::lock_guard lock(mutex_);
     uptime_ = limit;
 }
@@ -91,7 +92,9 @@ Token HeadlessRunLoop::every(double seconds, Work work) {
     return std::make_unique<TimerToken>(std::move(timer));
 }
 
-void HeadlessRunLoop::global(QualityOfService, Work work) { async(std::move(work)); }
+void HeadlessRunLoop::global(QualityOfService, Work work) {
+    async(std::move(work));
+}
 
 std::unique_ptr<SerialQueue> HeadlessRunLoop::serialQueue(std::string) {
     return std::make_unique<HeadlessSerialQueue>(*this);

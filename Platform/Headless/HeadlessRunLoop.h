@@ -8,9 +8,9 @@
 
 namespace brimquill::platform {
 
-/// Virtual time: nothing happens until the owner advances the clock, then everything that falls due runs in the order of
-/// its time, and of its posting where times are equal. Work for background queues is run the same way, one piece at a
-/// time, so that every run is the same.
+/// Virtual time: nothing happens until the owner advances the clock, then everything that falls due runs in the order
+/// of its time, and of its posting where times are equal. Work for background queues is run the same way, one piece at
+/// a time, so that every run is the same.
 class HeadlessRunLoop final : public RunLoop {
 public:
     HeadlessRunLoop() = default;

@@ -56,6 +56,8 @@ bool HeadlessSyntheticKeys::post(int keyCode, Modifiers modifiers) {
     return keyCode != key::other && record(Posted{keyCode, modifiers});
 }
 
-bool HeadlessSyntheticKeys::type(const std::string& text) { return record(text); }
+bool HeadlessSyntheticKeys::type(const std::string& text) {
+    return record(text);
+}
 
 }  // namespace brimquill::platform
