@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Platform/TextRecognizer.h"
+
+#include <QByteArray>
+#include <QProcess>
+
+#include <deque>
+#include <memory>
+#include <string>
+
+namespace brimquill::platform {
+
+/// Recognition by a helper process, one picture at a time. A picture that crashes, hangs or bloats the helper costs
+/// that picture's text and nothing else: the helper is started anew for the next. It ends when idle, and its memory
+/// with it.
+class DesktopTextRecognizer final : public TextRecognizer {
+public:
+    struct Options {
+        std::string helper;
+        /// Seconds that one picture may take, and that the helper stays with nothing to do.
+        double deadline = 30, idleTime = 30;
+    };
+
+    DesktopTextRecognizer(RunLoop& runLoop, Options options);
+    ~DesktopTextRecognizer() override;
+
+    void recognize(const std::string& path, QualityOfService qos, std::function<void(Result)> done) override;
+    /// Whether a helper runs now.
+    bool isHelperRunning() const { return helper_ != nullptr; }
+
+private:
+    struct Request {
+        std::string path;
+        QualityOfService qos;
+        std::function<void(Result)> done;
+    };
+
+    void startNext();
+    void startHelper();
+    void dropHelper();
+    void readAnswer();
+    void finish(Result result);
+
+    RunLoop& runLoop_;
+    Options options_;
+    std::deque<Request> waiting_;
+    std::unique_ptr<Request> current_;
+    std::unique_ptr<QProcess> helper_;
+    QByteArray answer_;
+    Token deadline_, idle_;
+};
+
+}  // namespace brimquill::platform

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace brimquill::platform {
+
+/// Whether somebody else holds the keyboard, so that no program can watch or press keys. Main thread.
+class SecureInput {
+public:
+    virtual ~SecureInput() = default;
+    /// To be asked every second or two: a hold counts once it has lasted, so that an open menu does not.
+    virtual bool isEnabled() = 0;
+    /// The name of the program that holds it, where that can be known; nothing when nobody does.
+    virtual std::optional<std::string> holderName() = 0;
+};
+
+}  // namespace brimquill::platform
