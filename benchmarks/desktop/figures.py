@@ -1,0 +1,255 @@
+#!/usr/bin/python3
+"""Figures of the whole program on a desktop of its own, each a median with its bound measured in the same run.
+
+    benchmarks/desktop/figures.py BUILD_DIRECTORY [FIGURE...]
+
+BUILD_DIRECTORY holds bin/brimquill and bin/desktop_probe (the `benchmark` preset makes both). Without names all figures
+are taken. Close other work first: the figures are of wall-clock time.
+"""
+
+import pathlib
+import random
+import sqlite3
+import statistics
+import subprocess
+import sys
+import time
+import uuid
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
+
+from xsession import Session, wait_for  # noqa: E402  (found by the line above)
+
+CLIPS = 10_000
+ROUNDS = 21
+HOT_KEY = "super+shift+v"
+COLUMNS = ("id, kind, text, created_at, source_app, pinned, image_path, name, keyword, folder_id, expires_at, tags, uuid, "
+           "modified_at, deleted, source_bundle_id")
+
+
+class Figures:
+    def __init__(self, build):
+        self.binaries = pathlib.Path(build).resolve() / "bin"
+        # Animation is no part of the time that a person waits for.
+        self.session = Session(environment={"BRIMQUILL_REDUCE_MOTION": "1"})
+        self.session.write_settings({"onboardingShown": True, "showCaptureToasts": False})
+        self.program = None
+
+    def start_program(self):
+        self.program = self.session.start(self.binaries / "brimquill")
+        started = time.monotonic()
+        while "Brimquill: ready" not in self.program.error_lines():
+            if time.monotonic() - started > 30:
+                raise SystemExit(f"The program did not start: {self.program.error_lines()}")
+            time.sleep(0.001)
+        return (time.monotonic() - started) * 1000
+
+    def stop_program(self):
+        self.program.stop()
+        self.session.programs.remove(self.program)
+
+    def fill(self):
+        """Makes the program create its database, then fills it with clips of 200 characters."""
+        self.start_program()
+        self.stop_program()
+        words = [w.strip() for w in ("alpha bravo charlie delta echo foxtrot golf hotel india juliet kilo lima mike november "
+                                     "oscar papa quebec romeo sierra tango uniform victor whiskey xray yankee zulu").split()]
+        rng = random.Random(1)
+        now = time.time()
+        with sqlite3.connect(self.session.database) as database:
+            for index in range(CLIPS):
+                text = ""
+                while len(text) < 200:
+                    text += f"{rng.choice(words)}{rng.randrange(1000)} "
+                database.execute(
+                    "INSERT INTO clips (text, kind, created_at, source_app, uuid, modified_at) VALUES (?, 'text', ?, 'xterm', ?, ?)",
+                    (text[:200], now - CLIPS + index, str(uuid.UUID(int=rng.getrandbits(128))), now))
+
+    def probe(self, chord, quiet=0.3, window=None):
+        out = self.session.run(self.binaries / "desktop_probe", chord, quiet, *([window] if window else [])).decode().split()
+        if out[2] == "0":
+            raise SystemExit(f"{chord} changed nothing on the screen")
+        return float(out[0]), float(out[1])
+
+    def statement(self, sql, *values):
+        """Milliseconds of a raw statement, all its rows read."""
+        with sqlite3.connect(self.session.database) as database:
+            times = []
+            for _ in range(ROUNDS):
+                start = time.perf_counter()
+                database.execute(sql, values).fetchall()
+                times.append((time.perf_counter() - start) * 1000)
+        return statistics.median(times)
+
+    # The figures
+
+    def start(self):
+        times = []
+        for _ in range(ROUNDS):
+            times.append(self.start_program())
+            self.stop_program()
+        self.tell("process start to capturing", times, "ms")
+
+    def memory(self):
+        self.start_program()
+        time.sleep(3)
+        after_start = self.resident()
+        self.open_and_close()
+        time.sleep(1)
+        self.tell("resident memory after start", [after_start], "MiB")
+        self.tell("resident memory after the first palette", [self.resident()], "MiB")
+        for _ in range(200):
+            self.open_and_close()
+        self.tell("resident memory after 200 openings more", [self.resident()], "MiB")
+        self.stop_program()
+
+    def resident(self):
+        for line in pathlib.Path(f"/proc/{self.program.pid}/status").read_text().splitlines():
+            if line.startswith("VmRSS"):
+                return int(line.split()[1]) / 1024
+        return 0
+
+    def open_and_close(self):
+        self.session.keys(HOT_KEY)
+        wait_for(self.palette_windows, what="the palette")
+        self.session.keys("Escape")
+        wait_for(lambda: not self.palette_windows(), what="the palette to go")
+
+    def palette_windows(self):
+        return self.session.windows(name="^Brimquill Palette$")
+
+    def palette(self):
+        self.start_program()
+        time.sleep(2)
+        shown, typed = [], []
+        for _ in range(ROUNDS):
+            shown.append(self.probe(HOT_KEY)[1])
+            typed.append(self.probe("g")[1])
+            self.session.keys("Escape", "Escape")
+            wait_for(lambda: not self.palette_windows(), what="the palette to go")
+        newest = self.statement(f"SELECT {COLUMNS} FROM clips WHERE name IS NULL AND deleted = 0 "
+                                "ORDER BY pinned DESC, created_at DESC LIMIT 50")
+        tags = self.statement("SELECT tags FROM clips WHERE tags IS NOT NULL")
+        joined = ", ".join("c." + name.strip() for name in COLUMNS.split(","))
+        found = self.statement(f"SELECT {joined} FROM clips_fts f JOIN clips c ON c.id = f.rowid WHERE clips_fts MATCH ? "
+                               "AND c.deleted = 0 ORDER BY (c.name IS NOT NULL) DESC, c.pinned DESC, c.created_at DESC "
+                               "LIMIT 50", '"g"*')
+        liked = self.statement(f"SELECT {COLUMNS} FROM clips WHERE tags LIKE ? AND deleted = 0 "
+                               "ORDER BY created_at DESC LIMIT 50", "%g%")
+        snippets = self.statement(f"SELECT {COLUMNS} FROM clips WHERE name IS NOT NULL AND deleted = 0 "
+                                  "ORDER BY folder_id, name COLLATE NOCASE")
+        self.tell("hot key to palette painted", shown, "ms", f"statements: newest 50 {newest:.1f}, tags {tags:.1f}")
+        self.tell("keystroke to results painted", typed, "ms",
+                  f"statements: match {found:.1f}, snippets {snippets:.1f}, tags {liked:.1f}")
+        self.stop_program()
+
+    def capture(self):
+        self.start_program()
+        times = []
+        for index in range(ROUNDS):
+            text = f"copied {index}"
+            start = time.perf_counter()
+            owner = self.session.start("xclip", "-quiet", "-selection", "clipboard", "-in", self.write(text))
+            while not self.session.query("SELECT 1 FROM clips WHERE text = ?", text):
+                time.sleep(0.0005)
+            times.append((time.perf_counter() - start) * 1000)
+            owner.stop()
+            self.session.programs.remove(owner)
+        commit = self.commit()
+        self.tell("copy by xclip (its start included) to row committed", times, "ms", f"SQLite's own commit: {commit:.1f} ms")
+        self.stop_program()
+
+    def write(self, text):
+        path = self.session.folder / "copied"
+        path.write_text(text)
+        return path
+
+    def commit(self):
+        """Milliseconds of an insert with its commit, beside the store on the same disk."""
+        path = self.session.database.with_name("bound.db")
+        with sqlite3.connect(path, isolation_level=None) as database:
+            database.execute("CREATE TABLE t (x)")
+            times = []
+            for _ in range(ROUNDS):
+                start = time.perf_counter()
+                database.execute("INSERT INTO t VALUES ('copied')")
+                times.append((time.perf_counter() - start) * 1000)
+        return statistics.median(times)
+
+    def burst(self):
+        self.start_program()
+        before = self.session.query("SELECT COUNT(*) FROM clips WHERE text LIKE 'burst %'")[0][0]
+        self.session.run(self.binaries / "selection_peer", "burst", "500", "50", timeout=120)
+        try:
+            wait_for(lambda: self.burst_count() - before >= 500, 30, "500 copies")
+        except Exception:
+            pass
+        self.tell("of 500 copies 50 ms apart, kept", [self.burst_count() - before], "")
+        self.stop_program()
+
+    def burst_count(self):
+        return self.session.query("SELECT COUNT(*) FROM clips WHERE text LIKE 'burst %'")[0][0]
+
+    def paste(self):
+        self.start_program()
+        self.session.start("xterm", "-e", "sh", "-c", "stty -icanon -echo; exec cat > /dev/null", name="xterm")
+        window = self.session.wait_window(window_class="XTerm")
+        self.session.activate(window)
+        typed = self.session.folder / "typed"
+        self.session.run("xdotool", "windowkill", window)
+        self.session.start("xterm", "-e", "sh", "-c", f"stty -icanon -echo; exec cat > {typed}", name="xterm2")
+        self.session.activate(self.session.wait_window(window_class="XTerm"))
+        wait_for(typed.exists, what="the terminal's program")
+        times, size = [], 0
+        for _ in range(ROUNDS):
+            self.session.keys(HOT_KEY)
+            wait_for(self.palette_windows, what="the palette")
+            start = time.perf_counter()
+            key = subprocess.Popen(["xdotool", "key", "Return"], env=self.session.environment)
+            while typed.stat().st_size == size:
+                time.sleep(0.0005)
+            times.append((time.perf_counter() - start) * 1000)
+            key.wait()
+            time.sleep(0.3)
+            size = typed.stat().st_size
+        self.tell("Return (xdotool's start included) to text in xterm", times, "ms", "of which the pause of 150 ms")
+        self.stop_program()
+
+    def idle(self):
+        self.start_program()
+        time.sleep(5)
+        before, ticks = self.switches()
+        time.sleep(60)
+        after, later = self.switches()
+        self.tell("wake-ups a second, idle for 60 s", [(after - before) / 60], "", f"CPU {(later - ticks) * 10} ms in all")
+        self.stop_program()
+
+    def switches(self):
+        total = 0
+        for task in pathlib.Path(f"/proc/{self.program.pid}/task").iterdir():
+            for line in (task / "status").read_text().splitlines():
+                if line.startswith("voluntary_ctxt_switches"):
+                    total += int(line.split()[1])
+        fields = pathlib.Path(f"/proc/{self.program.pid}/stat").read_text().rsplit(")", 1)[1].split()
+        return total, int(fields[11]) + int(fields[12])
+
+    @staticmethod
+    def tell(what, values, unit, beside=""):
+        low, middle, high = min(values), statistics.median(values), max(values)
+        spread = f" (min {low:.1f}, max {high:.1f}, {len(values)} runs)" if len(values) > 1 else ""
+        print(f"{what}: {middle:.1f} {unit}{spread}{'; ' + beside if beside else ''}", flush=True)
+
+
+def main():
+    names = sys.argv[2:] or ["start", "memory", "capture", "burst", "palette", "paste", "idle"]
+    figures = Figures(sys.argv[1])
+    try:
+        figures.fill()
+        for name in names:
+            getattr(figures, name)()
+    finally:
+        figures.session.stop()
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,115 @@
+"""What is copied in other programs comes into the hoard."""
+
+import pathlib
+import random
+import struct
+import unittest
+import zlib
+
+from desktop_case import DesktopCase
+from xsession import wait_for
+
+TERMINAL = "com.apple.Terminal"
+
+
+def png(width, height, incompressible=False):
+    """A PNG of that size; incompressible ones are about three bytes a pixel."""
+    noise = random.Random(7)
+    rows = b"".join(b"\0" + (noise.randbytes(width * 3) if incompressible else b"\x20\x60\xa0" * width)
+                    for _ in range(height))
+
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows, 0)) + chunk(b"IEND", b"")
+
+
+GIF = (b"GIF89a\x02\x00\x02\x00\x80\x00\x00\xff\x00\x00\x00\x00\xff!\xf9\x04\x00\x0a\x00\x00\x00,\x00\x00\x00\x00\x02\x00\x02\x00"
+       b"\x00\x02\x03\x44\x02\x05\x00;")
+
+
+class CopiesOfText(DesktopCase):
+    def test_text_copied_in_a_gtk_editor(self):
+        self.session.start("mousepad")
+        self.session.activate(self.session.wait_window(window_class="[Mm]ousepad"))
+        self.session.type("grapefruit and lime")
+        self.session.keys("ctrl+a")
+        self.session.keys("ctrl+c")
+        row = self.wait_for_row("SELECT kind, source_app FROM clips WHERE text = 'grapefruit and lime'")
+        self.assertEqual("text", row[0])
+        self.assertIn("mousepad", row[1].lower())
+
+    def test_a_terminal_copy_counts_only_when_it_was_asked_for(self):
+        translations = "*VT100.translations: #override Ctrl Shift <Key>C: copy-selection(CLIPBOARD)"
+        self.session.start("xterm", "-xrm", "*selectToClipboard: true", "-xrm", translations, "-geometry", "60x10+0+0",
+                           "-e", "sh", "-c", "echo selected-by-mouse; echo asked-for; exec cat")
+        window = self.session.wait_window(window_class="XTerm")
+        self.session.activate(window)
+
+        def select(line):
+            # A double click takes the word under the pointer, which here ends at the line's end.
+            self.session.run("xdotool", "mousemove", "--window", window, "20", str(8 + 13 * line))
+            self.session.run("xdotool", "click", "--repeat", "3", "--delay", "60", "1")
+
+        select(0)
+        wait_for(lambda: b"selected-by-mouse" in self.session.paste(), what="the selection on the clipboard")
+        self.session.copy("afterwards")
+        self.wait_for_row("SELECT 1 FROM clips WHERE text = 'afterwards'")
+        self.assertEqual([], self.session.query("SELECT text FROM clips WHERE text LIKE 'selected-by-mouse%'"))
+
+        self.session.keys("ctrl+shift+c")
+        select(1)
+        row = self.wait_for_row("SELECT source_bundle_id FROM clips WHERE text LIKE 'asked-for%'")
+        self.assertEqual(TERMINAL, row[0])
+
+
+class CopiesOfPicturesAndFiles(DesktopCase):
+    def image(self):
+        return pathlib.Path(self.wait_for_row("SELECT image_path FROM clips WHERE kind = 'image'")[0])
+
+    def test_a_large_picture_arrives_unchanged(self):
+        picture = png(2800, 2500, incompressible=True)
+        self.assertGreater(len(picture), 20_000_000)
+        self.session.copy(picture, "image/png")
+        stored = self.image()
+        self.assertEqual(picture, stored.read_bytes())
+        self.assertEqual(0o600, stored.stat().st_mode & 0o777)
+
+    def test_a_gif_keeps_its_bytes(self):
+        self.session.copy(GIF, "image/gif")
+        self.assertEqual(GIF, self.image().read_bytes())
+
+    def test_files_are_listed_in_their_order(self):
+        paths = [self.session.folder / name for name in ("b one.txt", "a.txt", "ä.txt")]
+        for path in paths:
+            path.touch()
+        self.session.copy("".join(path.as_uri() + "\r\n" for path in paths), "text/uri-list")
+        self.assertEqual("\n".join(map(str, paths)), self.wait_for_row("SELECT text FROM clips WHERE kind = 'file'")[0])
+
+    def test_the_hoard_is_private(self):
+        self.session.copy(png(8, 8), "image/png")
+        self.image()
+        data = self.session.database.parent
+        for path in (data, data / "images"):
+            self.assertEqual(0o700, path.stat().st_mode & 0o777, path)
+        for path in data.glob("brimquill.db*"):
+            self.assertEqual(0o600, path.stat().st_mode & 0o777, path)
+
+
+class CopiesSurviveAKill(DesktopCase):
+    def test_nothing_is_lost(self):
+        for text in ("first", "second", "third"):
+            self.session.copy(text)
+            self.wait_for_row("SELECT 1 FROM clips WHERE text = ?", text)
+        self.program.process.kill()
+        self.program.wait()
+        self.start_program()
+        self.session.copy("fourth")
+        self.wait_for_row("SELECT 1 FROM clips WHERE text = 'fourth'")
+        texts = self.session.query("SELECT text FROM clips WHERE deleted = 0 ORDER BY created_at")
+        self.assertEqual([("first",), ("second",), ("third",), ("fourth",)], texts)
+
+
+if __name__ == "__main__":
+    unittest.main()
