@@ -17,7 +17,7 @@ struct Date {
     static Date now();
 
     friend auto operator<=>(const Date&, const Date&) = default;
-    friend Date operator+(Date date, double seconds) { return {date.seconds + seconds}; }
+    friend Date operator+(Date date, double interval) { return {date.seconds + interval}; }
     friend double operator-(Date later, Date earlier) { return later.seconds - earlier.seconds; }
 };
 
