@@ -34,7 +34,9 @@ struct Event {
     EventType type = EventType::keyDown;
     /// A value of `key`, or `key::other`.
     int keyCode = key::other;
-    /// What the key types with no modifier but Shift, UTF-8; empty for keys that type nothing.
+    /// What the key types as it was pressed, UTF-8; empty for keys that type nothing, and while a dead key waits.
+    std::string characters;
+    /// What it types with no modifier but Shift. With ⌘ on a keyboard of another script, the Latin letter of the key.
     std::string charactersIgnoringModifiers;
     /// The modifiers held, the changed one included.
     Modifiers modifiers;

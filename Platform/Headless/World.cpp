@@ -30,6 +30,7 @@ Event World::event(EventType type, Modifiers modifiers) const {
 Delivery World::press(int keyCode, Modifiers modifiers, const std::string& characters) {
     Event pressed = event(EventType::keyDown, modifiers);
     pressed.keyCode = keyCode;
+    pressed.characters = characters;
     pressed.charactersIgnoringModifiers = characters;
     return eventMonitors_.sendLocal(pressed) ? Delivery::swallowed : Delivery::passed;
 }
@@ -37,6 +38,7 @@ Delivery World::press(int keyCode, Modifiers modifiers, const std::string& chara
 void World::globalKey(int keyCode, Modifiers modifiers, const std::string& characters) {
     Event pressed = event(EventType::keyDown, modifiers);
     pressed.keyCode = keyCode;
+    pressed.characters = characters;
     pressed.charactersIgnoringModifiers = characters;
     eventMonitors_.sendGlobal(pressed);
 }
