@@ -21,9 +21,9 @@ inline constexpr const char* concealed = "org.nspasteboard.ConcealedType";
 
 /// What is put on the pasteboard in one go; everything present is offered together.
 struct PasteboardContents {
-    std::optional<std::string> string;
-    std::vector<std::string> filePaths;
-    SharedBytes png, gif;
+    std::optional<std::string> string = {};
+    std::vector<std::string> filePaths = {};
+    SharedBytes png = {}, gif = {};
 };
 
 /// The system's clipboard as a snapshot that was read beforehand, away from the main thread: no call here waits for
