@@ -1,0 +1,39 @@
+#include "Brimquill/Paste/DoubleTapCommandMonitor.h"
+
+#include <utility>
+
+namespace brimquill {
+
+void DoubleTapCommandMonitor::start() {
+    stop();
+    const auto mask = platform::EventMask::keyDown | platform::EventMask::flagsChanged;
+    auto global = eventMonitors_.addGlobalMonitor(mask, [this](const platform::Event& event) { handle(event); });
+    if (global) monitors_.push_back(std::move(global));
+    monitors_.push_back(eventMonitors_.addLocalMonitor(mask, [this](const platform::Event& event) {
+        handle(event);
+        return false;
+    }));
+}
+
+void DoubleTapCommandMonitor::handle(const platform::Event& event) {
+    if (event.type == platform::EventType::keyDown) {
+        interrupted_ = true;
+    } else if (event.modifiers == platform::Modifiers{.command = true}) {
+        if (!commandWasDown_) commandPressed();
+    } else if (event.modifiers.command) {
+        interrupted_ = true;
+    } else {
+        commandWasDown_ = false;
+    }
+}
+
+void DoubleTapCommandMonitor::commandPressed() {
+    const double now = runLoop_.uptime();
+    const bool isSecondTap = !interrupted_ && now - lastTap_ < maximumGap;
+    lastTap_ = isSecondTap ? 0 : now;
+    commandWasDown_ = true;
+    interrupted_ = false;
+    if (isSecondTap && onDoubleTap) onDoubleTap();
+}
+
+}  // namespace brimquill

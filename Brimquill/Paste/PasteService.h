@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Brimquill/Surfaces/HUD.h"
+#include "BrimquillCore/ClipItem.h"
+#include "BrimquillCore/Foundation/NotificationCenter.h"
+#include "Platform/Accessibility.h"
+#include "Platform/Pasteboard.h"
+#include "Platform/RunLoop.h"
+#include "Platform/SyntheticKeys.h"
+#include "Platform/Workspace.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+
+namespace brimquill {
+
+/// Puts clips back on the pasteboard, each in the form that suits its kind, and has the program in front paste them.
+/// Main thread.
+class PasteService final {
+public:
+    /// What it works with; everything must outlive it. `expand` turns a snippet's stored text into what is pasted.
+    struct Environment {
+        platform::Pasteboard& pasteboard;
+        platform::Workspace& workspace;
+        platform::Accessibility& accessibility;
+        platform::SyntheticKeys& syntheticKeys;
+        platform::RunLoop& runLoop;
+        HUD& hud;
+        NotificationCenter& center;
+        std::function<std::string(const std::string&)> expand;
+    };
+
+    /// Programs that cannot take a picture, and that copy whatever is selected in them.
+    static const std::set<std::string>& terminalBundleIds();
+
+    explicit PasteService(Environment environment);
+
+    /// Puts `item` on the pasteboard; with `thenPaste`, pastes it too as soon as the user's program has the keyboard,
+    /// or tells the user to, where the system does not let us press keys. What cannot be put there changes nothing, but
+    /// a picture that cannot be read leaves the pasteboard empty.
+    void paste(const ClipItem& item, bool thenPaste);
+
+    /// Puts `contents` on the pasteboard as a change of our own, so that it is not captured.
+    void write(const platform::PasteboardContents& contents);
+
+    /// The pasteboard's change count after our last write; 0 before the first.
+    int selfWriteChangeCount() const { return selfWriteChangeCount_; }
+
+private:
+    void pasteFiles(const ClipItem& item, bool thenPaste);
+    void pastePicture(const std::string& path, bool thenPaste);
+    void pasteConverted(const std::string& path, bool thenPaste);
+    void finish(const platform::PasteboardContents& contents, bool thenPaste);
+    void sendCmdVIfAllowed();
+    void sendCmdV();
+
+    Environment environment_;
+    int selfWriteChangeCount_ = 0;
+    /// Counts calls of `paste`: a picture that is converted late must not replace what was pasted since.
+    std::uint64_t pasteCount_ = 0;
+    /// Gone with this object; what comes later finds nobody.
+    std::shared_ptr<PasteService*> self_ = std::make_shared<PasteService*>(this);
+};
+
+}  // namespace brimquill
