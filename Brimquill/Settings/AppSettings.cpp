@@ -60,8 +60,8 @@ bool AppSettings::stored(const char* key, bool fallback) const {
 
 int AppSettings::stored(const char* key, int fallback) const {
     const std::int64_t value = defaults_.integer(key).value_or(fallback);
-    return static_cast<int>(std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(),
-                                                     std::numeric_limits<int>::max()));
+    return static_cast<int>(
+        std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
 std::string AppSettings::stored(const char* key, const char* fallback) const {
