@@ -7,7 +7,7 @@ PLACES = (
     (r"sqlite3\.h$", r"BrimquillCore/ClipStore|tests/|benchmarks/"),
     (r"unicode/", r"BrimquillCore/|tests/core/|benchmarks/"),
     (r"nlohmann/", r"BrimquillCore/|Platform/(Desktop|Helpers)/|Brimquill/(Sharing|Settings)/|tests/|benchmarks/|fuzz/"),
-    (r"(xcb|X11)/", r"Platform/X11/|tests/platform/"),
+    (r"(xcb|X11)/", r"Platform/X11/|tests/platform/|benchmarks/"),
     (r"archive(_entry)?\.h$", r"Platform/Desktop/|tests/"),
     (r"(tesseract|leptonica|atspi)/", r"Platform/Helpers/"),
     (r"ZXing/", r"Platform/(Desktop|Helpers)/"),
