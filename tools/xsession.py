@@ -208,8 +208,11 @@ class Session:
 
     def run(self, *command, data=None, timeout=PATIENCE, check=True):
         """Runs a short-lived tool to its end; what it printed, as bytes. `data` is its standard input."""
-        done = subprocess.run([str(part) for part in command], env=self.environment, input=data or b"",
-                              capture_output=True, timeout=timeout)
+        try:
+            done = subprocess.run([str(part) for part in command], env=self.environment, input=data or b"",
+                                  capture_output=True, timeout=timeout)
+        except subprocess.TimeoutExpired as late:
+            raise SessionError(f"{command[0]} did not end within {timeout:g} s") from late
         if check and done.returncode != 0:
             raise SessionError(f"{command[0]} failed: {done.stderr.decode(errors='replace').strip()}")
         return done.stdout
