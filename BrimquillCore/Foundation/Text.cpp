@@ -227,6 +227,14 @@ std::string pathExtension(std::string_view path) {
     return name.substr(dot + 1);
 }
 
+std::u32string scalars(std::string_view text) {
+    std::u32string result;
+    for (int32_t at = 0; at < static_cast<int32_t>(text.size());) {
+        result.push_back(static_cast<char32_t>(next(text, at)));
+    }
+    return result;
+}
+
 std::string validUtf8(std::string_view text) {
     return isAscii(text) ? std::string(text) : utf8(unicode(text));
 }

@@ -42,6 +42,9 @@ std::string lastPathComponent(std::string_view path);
 /// What follows the last dot of the last component, without the dot; "" when there is none or it leads the name.
 std::string pathExtension(std::string_view path);
 
+/// The Unicode scalar values.
+std::u32string scalars(std::string_view text);
+
 /// Bytes that are valid UTF-8: `text` itself, or with each malformed sequence replaced by U+FFFD.
 std::string validUtf8(std::string_view text);
 

@@ -1,0 +1,75 @@
+#include "Brimquill/Palette/Card.h"
+
+#include "BrimquillCore/Foundation/Text.h"
+
+#include <algorithm>
+
+namespace brimquill {
+namespace {
+
+/// The first `cardTextLimit` characters or so, cut where a character begins: enough for any card, whatever the clip's
+/// size.
+std::string beginning(const std::string& text) {
+    constexpr std::size_t bytesLooked = cardTextLimit * 8;
+    if (text.size() <= cardTextLimit) return text;
+    auto end = std::min(text.size(), bytesLooked);
+    while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+        --end;
+    return text::prefix(std::string_view(text).substr(0, end), cardTextLimit);
+}
+
+std::string counted(std::size_t count, const char* noun) {
+    return std::to_string(count) + " " + noun;
+}
+
+void describeFiles(Card& card, const ClipItem& item, const std::function<bool(const std::string&)>& fileExists) {
+    const auto paths = text::split(item.text, '\n');
+    const auto isThere = std::any_of(paths.begin(), paths.end(), fileExists);
+    card.body = isThere ? CardBody::files : CardBody::missingFile;
+    card.text = isThere ? beginning(item.preview()) : "Original file no longer exists";
+    card.caption = paths.empty() ? "" : paths.front();
+    card.footer = counted(paths.size(), "file(s)");
+}
+
+void describeText(Card& card, const ClipItem& item) {
+    card.footer = counted(text::characterCount(item.text), "characters");
+    if (const auto color = item.hexColor()) {
+        card.body = CardBody::color;
+        card.text = *color;
+        return;
+    }
+    card.body = CardBody::text;
+    card.text = text::trimmed(beginning(item.preview()));
+}
+
+}  // namespace
+
+Card makeCard(const ClipItem& item, CardStyle& style, Date now,
+              const std::function<bool(const std::string&)>& fileExists) {
+    Card card;
+    card.id = item.id;
+    card.header = style.header(item);
+    card.isPinned = item.pinned;
+    card.expires = item.expiresAt.has_value();
+    card.sourceBundleId = item.sourceBundleId.value_or("");
+    if (item.id < 0) {
+        card.body = CardBody::emoji;
+        card.text = item.text;
+        card.caption = item.name.value_or("");
+    } else {
+        card.age = CardStyle::age(item.createdAt, now);
+        if (item.kind == ClipKind::file) {
+            describeFiles(card, item, fileExists);
+        } else if (item.kind == ClipKind::image && item.imagePath) {
+            card.body = CardBody::image;
+            card.imagePath = *item.imagePath;
+            card.text = beginning(item.preview());
+        } else {
+            describeText(card, item);
+        }
+    }
+    card.accessibleName = card.header.title + ", " + (card.body == CardBody::emoji ? card.caption : card.text);
+    return card;
+}
+
+}  // namespace brimquill

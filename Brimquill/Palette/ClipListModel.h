@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Brimquill/Palette/Card.h"
+
+#include <QAbstractListModel>
+
+#include <set>
+#include <vector>
+
+namespace brimquill {
+
+/// The cards of the strip as a list for views. Main thread.
+class ClipListModel final : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum Role {
+        idRole = Qt::UserRole + 1,
+        titleRole,
+        headerFillRole,
+        headerTextRole,
+        ageRole,
+        bodyRole,
+        textRole,
+        captionRole,
+        imageRole,
+        iconRole,
+        footerRole,
+        pinnedRole,
+        expiresRole,
+        markedRole,
+        copiedRole,
+        arrivedRole,
+        badgeRole,
+        accessibleNameRole,
+    };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    /// Puts these cards in place of those before; none is marked then.
+    void setCards(std::vector<Card> cards);
+    /// Which rows are marked beside the focused one.
+    void setMarked(const std::set<int>& marked);
+    /// The card that says "Copied!", and the one that has just arrived; 0 for none.
+    void setCopied(std::int64_t id);
+    void setArrived(std::int64_t id);
+    const std::vector<Card>& cards() const { return cards_; }
+
+private:
+    void changed(int row, Role role);
+    void changedId(std::int64_t id, Role role);
+
+    std::vector<Card> cards_;
+    std::set<int> marked_;
+    std::int64_t copiedId_ = 0, arrivedId_ = 0;
+};
+
+}  // namespace brimquill

@@ -1,0 +1,313 @@
+#include "Brimquill/Palette/PickerModel.h"
+
+#include "BrimquillCore/Foundation/Text.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+
+namespace brimquill {
+namespace {
+
+/// A burst of changes in the store gives one reload, this long after the last.
+constexpr double debounceSeconds = 0.25;
+
+/// The characters of a preview: laying out more would make the palette wait.
+constexpr std::size_t previewLimit = 20000;
+
+bool fileExists(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::exists(path, error);
+}
+
+int wrapped(int index, int delta, int count) {
+    return (index + delta % count + count) % count;
+}
+
+}  // namespace
+
+PickerModel::PickerModel(Environment environment)
+    : store_(environment.store),
+      center_(environment.center),
+      runLoop_(environment.runLoop),
+      stackIds_(std::move(environment.stackIds)),
+      catalog_(environment.store, environment.defaults),
+      style_(environment.store, environment.center) {
+    observation_ = center_.observe(ClipStore::didChangeNotification, &store_, [this](const Notification&) {
+        runLoop_.async([alive = std::weak_ptr<bool>(alive_), this] {
+            if (!alive.expired()) storeChanged();
+        });
+    });
+}
+
+void PickerModel::setSearchText(std::string text) {
+    const bool changed = text != query_.text;
+    query_.text = std::move(text);
+    refresh();
+    if (changed) Q_EMIT searchTextChanged();
+    if (!query_.text.empty()) center_.post({didSearch, this, {}});
+}
+
+void PickerModel::setFilter(const PickerFilter& filter) {
+    query_.filter = filter;
+    refresh();
+}
+
+void PickerModel::setTypeFilter(std::optional<ContentType> type) {
+    query_.type = type;
+    refresh();
+}
+
+std::vector<PickerFilter> PickerModel::chips() const {
+    return catalog_.chips(query_.filter, !stackIds_().empty());
+}
+
+void PickerModel::cycleFilter(int delta) {
+    const auto all = chips();
+    const auto at = std::find(all.begin(), all.end(), query_.filter);
+    const auto index = static_cast<int>(std::distance(all.begin(), at));
+    setFilter(at == all.end() ? all.front()
+                              : all[static_cast<std::size_t>(wrapped(index, delta, static_cast<int>(all.size())))]);
+}
+
+void PickerModel::cycleType(int delta) {
+    // The ring begins with no type at all.
+    constexpr int count = static_cast<int>(allContentTypes.size()) + 1;
+    const int at = query_.type ? static_cast<int>(*query_.type) + 1 : 0;
+    const int next = wrapped(at, delta, count);
+    setTypeFilter(next == 0 ? std::nullopt : std::optional(allContentTypes[static_cast<std::size_t>(next - 1)]));
+}
+
+void PickerModel::toggleType(ContentType type) {
+    setTypeFilter(query_.type == type ? std::nullopt : std::optional(type));
+}
+
+void PickerModel::jumpToTopTag() {
+    if (!catalog_.topTag()) return;
+    const PickerFilter filter = scope::Tag{*catalog_.topTag()};
+    catalog_.recordRecent(filter);
+    setFilter(filter);
+}
+
+void PickerModel::showEmoji() {
+    query_.type.reset();
+    query_.filter = scope::Emoji{};
+    setSearchText({});
+}
+
+void PickerModel::showMostRecent() {
+    query_.type.reset();
+    query_.filter = scope::Clipboard{};
+    setSearchText({});
+}
+
+bool PickerModel::isFiltered() const {
+    return !query_.text.empty() || query_.type || !is<scope::Clipboard>(query_.filter);
+}
+
+void PickerModel::reset() {
+    catalog_.rebuild();
+    query_.filter = scope::Clipboard{};
+    setSearchText({});
+}
+
+void PickerModel::refresh() {
+    setItems(pickerItems(store_, query_, is<scope::Stack>(query_.filter) ? stackIds_() : std::vector<std::int64_t>{},
+                         runLoop_.now()));
+    Q_EMIT filtersChanged();
+}
+
+void PickerModel::reloadItems() {
+    const auto newestBefore = items_.empty() ? std::int64_t{0} : items_.front().id;
+    catalog_.rebuild();
+    if (const auto entry = catalog_.find(key(query_.filter))) {
+        query_.filter = *entry;  // a renamed pinboard brings its new path
+    } else if (is<scope::Folder>(query_.filter) || is<scope::Tag>(query_.filter)) {
+        query_.filter = scope::Clipboard{};
+    }
+    refresh();
+    markArrival(newestBefore);
+}
+
+void PickerModel::setActive(bool active) {
+    isActive_ = active;
+}
+
+/// Runs on the main queue after each change of the store.
+void PickerModel::storeChanged() {
+    if (!isActive_) return;
+    refreshDebounce_ = runLoop_.after(debounceSeconds, [this] { reloadItems(); });
+}
+
+void PickerModel::setItems(std::vector<ClipItem> items) {
+    items_ = std::move(items);
+    const auto now = runLoop_.now();
+    std::vector<Card> cards;
+    cards.reserve(items_.size());
+    for (const auto& item : items_)
+        cards.push_back(makeCard(item, style_, now, fileExists));
+    cards_.setCards(std::move(cards));
+    selection_.clear();
+    setFocus(0);
+    Q_EMIT itemsChanged();
+    Q_EMIT selectionChanged();
+    Q_EMIT previewChanged();
+}
+
+void PickerModel::setFocus(int index) {
+    if (selectedIndex_ == index) return;
+    selectedIndex_ = index;
+    Q_EMIT selectedIndexChanged();
+    Q_EMIT previewChanged();
+}
+
+const ClipItem* PickerModel::selectedItem() const {
+    const bool isThere = selectedIndex_ >= 0 && selectedIndex_ < static_cast<int>(items_.size());
+    return isThere ? &items_[static_cast<std::size_t>(selectedIndex_)] : nullptr;
+}
+
+std::vector<ClipItem> PickerModel::selectedItems() const {
+    auto indices = selection_;
+    indices.insert(selectedIndex_);
+    std::vector<ClipItem> chosen;
+    for (const int index : indices) {
+        if (index >= 0 && index < static_cast<int>(items_.size()))
+            chosen.push_back(items_[static_cast<std::size_t>(index)]);
+    }
+    return chosen;
+}
+
+void PickerModel::select(int index) {
+    if (index >= 0 && index < static_cast<int>(items_.size())) setFocus(index);
+}
+
+void PickerModel::moveSelection(int delta, Extending extending) {
+    if (items_.empty()) return;
+    const int target = std::clamp(selectedIndex_ + delta, 0, static_cast<int>(items_.size()) - 1);
+    if (extending == Extending::yes) {
+        selection_.insert({selectedIndex_, target});
+    } else {
+        selection_.clear();
+    }
+    cards_.setMarked(selection_);
+    setFocus(target);
+    Q_EMIT selectionChanged();
+}
+
+void PickerModel::toggleSelection(int index) {
+    if (selection_.erase(index) == 0) selection_.insert(index);
+    cards_.setMarked(selection_);
+    setFocus(index);
+    Q_EMIT selectionChanged();
+}
+
+void PickerModel::extendSelection(int index) {
+    const int first = std::min(selectedIndex_, index), last = std::max(selectedIndex_, index);
+    for (int at = first; at <= last; ++at)
+        selection_.insert(at);
+    cards_.setMarked(selection_);
+    setFocus(index);
+    Q_EMIT selectionChanged();
+}
+
+void PickerModel::selectAll() {
+    for (int at = 0; at < static_cast<int>(items_.size()); ++at)
+        selection_.insert(at);
+    cards_.setMarked(selection_);
+    Q_EMIT selectionChanged();
+}
+
+void PickerModel::clearSelection() {
+    selection_.clear();
+    cards_.setMarked(selection_);
+    Q_EMIT selectionChanged();
+}
+
+void PickerModel::setPreviewOpen(bool open) {
+    previewOpen_ = open;
+    Q_EMIT overlaysChanged();
+    Q_EMIT previewChanged();
+}
+
+void PickerModel::setCheatSheetOpen(bool open) {
+    cheatSheetOpen_ = open;
+    Q_EMIT overlaysChanged();
+}
+
+void PickerModel::showCopied(std::int64_t id) {
+    constexpr double seconds = 0.9;
+    cards_.setCopied(id);
+    copiedEnd_ = runLoop_.after(seconds, [this] { cards_.setCopied(0); });
+}
+
+/// A clip that came to the front while the palette was open stands out for a moment.
+void PickerModel::markArrival(std::int64_t newestBefore) {
+    constexpr double seconds = 1.1;
+    if (items_.empty() || items_.front().id == newestBefore || items_.front().id < 0) return;
+    cards_.setArrived(items_.front().id);
+    arrivedEnd_ = runLoop_.after(seconds, [this] { cards_.setArrived(0); });
+}
+
+void PickerModel::chipClicked(int index) {
+    const auto all = chips();
+    if (index < 0 || index >= static_cast<int>(all.size())) return;
+    const auto& chip = all[static_cast<std::size_t>(index)];
+    catalog_.recordRecent(chip);
+    setFilter(chip);
+}
+
+void PickerModel::chipCleared() {
+    setFilter(scope::Clipboard{});
+}
+
+void PickerModel::typeClicked(int index) {
+    if (index >= 0 && index < static_cast<int>(allContentTypes.size())) {
+        toggleType(allContentTypes[static_cast<std::size_t>(index)]);
+    }
+}
+
+QVariantList PickerModel::chipsForView() {
+    QVariantList list;
+    for (const auto& chip : chips()) {
+        const auto color = style_.color(chip);
+        const auto* tag = std::get_if<scope::Tag>(&chip);
+        const bool isActive = chip == query_.filter;
+        list.append(QVariantMap{{QStringLiteral("label"), QString::fromStdString(label(chip))},
+                                {QStringLiteral("fill"), QString::fromStdString(color.fill)},
+                                {QStringLiteral("ink"), QString::fromStdString(color.ink)},
+                                {QStringLiteral("onFill"), QString::fromStdString(color.onFill)},
+                                {QStringLiteral("active"), isActive},
+                                {QStringLiteral("clearable"), isActive && !is<scope::Clipboard>(chip)},
+                                {QStringLiteral("topTag"), tag != nullptr && tag->tag == catalog_.topTag()}});
+    }
+    return list;
+}
+
+QVariantList PickerModel::typesForView() const {
+    QVariantList list;
+    for (const auto type : allContentTypes) {
+        list.append(QVariantMap{{QStringLiteral("label"), QString::fromStdString(label(type))},
+                                {QStringLiteral("symbol"), QString::fromStdString(symbol(type))},
+                                {QStringLiteral("active"), query_.type == type}});
+    }
+    return list;
+}
+
+QVariantMap PickerModel::previewForView() {
+    const auto* item = selectedItem();
+    if (!previewOpen_ || item == nullptr) return {};
+    const auto header = style_.header(*item);
+    const auto& card = cards_.cards()[static_cast<std::size_t>(selectedIndex_)];
+    auto text = item->kind == ClipKind::image  ? item->text
+                : item->kind == ClipKind::file ? item->text
+                                               : item->preview();
+    if (text.size() > previewLimit) text = text::prefix(text, previewLimit) + "…";
+    return {{QStringLiteral("title"), QString::fromStdString(header.title)},
+            {QStringLiteral("fill"), QString::fromStdString(header.color.fill)},
+            {QStringLiteral("onFill"), QString::fromStdString(header.color.onFill)},
+            {QStringLiteral("text"), QString::fromStdString(text)},
+            {QStringLiteral("footer"), QString::fromStdString(card.footer)},
+            {QStringLiteral("image"), cards_.data(cards_.index(selectedIndex_), ClipListModel::imageRole)}};
+}
+
+}  // namespace brimquill
