@@ -1,0 +1,227 @@
+#include "Platform/X11/X11PasteboardWorker.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace brimquill::platform {
+namespace {
+
+// A program that floods us with events shall not keep the rest of the loop from its turn.
+constexpr int mostEventsAtOnce = 256;
+
+template <typename Event>
+const Event& as(const xcb_generic_event_t& event) {
+    return reinterpret_cast<const Event&>(event);
+}
+
+}  // namespace
+
+X11PasteboardWorker::X11PasteboardWorker(X11PasteboardOptions options, Handlers handlers)
+    : handlers_(std::move(handlers)),
+      connection_(std::move(options)),
+      reader_(connection_,
+              [this](std::shared_ptr<const PasteboardSnapshot> snapshot) { deliver(std::move(snapshot)); }),
+      sender_(connection_),
+      offer_(connection_, sender_),
+      wakeDescriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    hasDisplay_ = connection_.alive();
+    if (!hasDisplay_) {
+        connection_.log("There is no display to share a clipboard on");
+        return;
+    }
+    watches_ = connection_.ownerChangeEvent() != 0;
+    clipboard_ = connection_.atom("CLIPBOARD");
+    primary_ = connection_.atom("PRIMARY");
+    clock_ = connection_.atom("_BRIMQUILL_CLOCK");
+    thread_ = std::thread([this] { run(); });
+}
+
+X11PasteboardWorker::~X11PasteboardWorker() {
+    ending_ = true;
+    wake();
+    connection_.interrupt();
+    if (thread_.joinable()) thread_.join();
+    if (wakeDescriptor_ >= 0) close(wakeDescriptor_);
+}
+
+void X11PasteboardWorker::write(int number, std::shared_ptr<const PasteboardContents> contents) {
+    post([this, number, contents = std::move(contents)] { requestClaim(clipboard_, {number, contents, nullptr}); });
+}
+
+void X11PasteboardWorker::offerPrimary(std::shared_ptr<const PasteboardContents> contents,
+                                       std::function<void(bool)> done) {
+    post([this, contents = std::move(contents), done = std::move(done)] {
+        requestClaim(primary_, {0, contents, done});
+    });
+}
+
+void X11PasteboardWorker::post(std::function<void()> task) {
+    {
+        const std::lock_guard lock(tasksMutex_);
+        tasks_.push_back(std::move(task));
+    }
+    wake();
+}
+
+void X11PasteboardWorker::wake() {
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const auto written = ::write(wakeDescriptor_, &one, sizeof one);
+}
+
+void X11PasteboardWorker::run() {
+    startWatching();
+    while (!ending_ && connection_.alive()) {
+        runTasks();
+        expire();
+        bool busy = dispatchEvents();
+        busy |= reader_.transfer().pump();
+        // Replies that were waited for leave events in memory that no poll would show: sleep only after a pass without.
+        if (!busy) sleep();
+    }
+    if (!ending_) {
+        connection_.log("The display was lost: the clipboard is empty from now on");
+        handlers_.displayLost();
+    }
+}
+
+void X11PasteboardWorker::startWatching() {
+    if (connection_.owner(clipboard_) == XCB_NONE) {
+        isInitial_ = false;
+        return;
+    }
+    readTime_ = XCB_CURRENT_TIME;
+    reader_.start(readTime_);
+}
+
+void X11PasteboardWorker::runTasks() {
+    std::vector<std::function<void()>> tasks;
+    {
+        const std::lock_guard lock(tasksMutex_);
+        tasks.swap(tasks_);
+    }
+    for (const auto& task : tasks)
+        task();
+}
+
+bool X11PasteboardWorker::dispatchEvents() {
+    int count = 0;
+    for (; count < mostEventsAtOnce && !ending_; ++count) {
+        const XcbOwned<xcb_generic_event_t> event(xcb_poll_for_event(connection_.xcb()));
+        if (!event) break;
+        dispatch(*event);
+    }
+    return count > 0;
+}
+
+// Errors (type 0) come from windows of others that vanished: what was meant for them has no taker any more.
+void X11PasteboardWorker::dispatch(const xcb_generic_event_t& event) {
+    const int type = event.response_type & 0x7f;
+    if (type == 0) return;
+    if (watches_ && type == connection_.ownerChangeEvent()) {
+        const auto& change = as<xcb_xfixes_selection_notify_event_t>(event);
+        if (change.selection == clipboard_ && !offer_.isOutdated(clipboard_, event))
+            ownerChanged(change.owner, change.selection_timestamp);
+    } else if (type == XCB_SELECTION_NOTIFY) {
+        reader_.transfer().handle(as<xcb_selection_notify_event_t>(event));
+    } else if (type == XCB_SELECTION_REQUEST) {
+        offer_.handle(as<xcb_selection_request_event_t>(event));
+    } else if (type == XCB_SELECTION_CLEAR) {
+        const xcb_atom_t selection = as<xcb_selection_clear_event_t>(event).selection;
+        if (!offer_.isOutdated(selection, event)) offer_.lose(selection);
+    } else if (type == XCB_DESTROY_NOTIFY) {
+        sender_.handle(as<xcb_destroy_notify_event_t>(event));
+    } else if (type == XCB_PROPERTY_NOTIFY) {
+        const auto& change = as<xcb_property_notify_event_t>(event);
+        if (change.window != connection_.window())
+            sender_.handle(change);
+        else if (change.atom == clock_)
+            claimAsOf(change.time);
+        else
+            reader_.transfer().handle(change);
+    }
+}
+
+void X11PasteboardWorker::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
+    const bool cutOff = reader_.reading();
+    reader_.abandon();
+    isInitial_ = false;
+    readTime_ = time;
+    if (owner == connection_.window()) return readAgainAt_.reset();
+    offer_.lose(clipboard_);
+    if (owner == XCB_NONE) {
+        readAgainAt_.reset();
+        return deliver(std::make_shared<const PasteboardSnapshot>());
+    }
+    restarts_ = cutOff ? restarts_ + 1 : restarts_;
+    if (restarts_ < connection_.options().restartLimit) return startRead();
+    // Somebody takes the clipboard anew whenever it is read. It is looked at again in a while, once it stays as it is;
+    // until then it counts as empty, for what it held before is gone.
+    if (restarts_ == connection_.options().restartLimit) {
+        connection_.log("A copy cannot be read: the clipboard changes faster than it answers");
+        deliver(std::make_shared<const PasteboardSnapshot>());
+        restarts_ = connection_.options().restartLimit + 1;
+    }
+    if (!readAgainAt_) readAgainAt_ = Clock::now() + connection_.options().restartPause;
+}
+
+void X11PasteboardWorker::startRead() {
+    readAgainAt_.reset();
+    reader_.start(readTime_);
+}
+
+void X11PasteboardWorker::deliver(std::shared_ptr<const PasteboardSnapshot> snapshot) {
+    restarts_ = 0;
+    handlers_.changed({std::move(snapshot), writeNumber_, std::exchange(isInitial_, false)});
+}
+
+// A claim needs the server's present time, which a change to a property of our own window tells.
+void X11PasteboardWorker::requestClaim(xcb_atom_t selection, Claim claim) {
+    Claim& place = claims_[selection];
+    if (place.done) place.done(false);
+    place = std::move(claim);
+    xcb_change_property(connection_.xcb(), XCB_PROP_MODE_APPEND, connection_.window(), clock_, XCB_ATOM_INTEGER, 32, 0,
+                        nullptr);
+    xcb_flush(connection_.xcb());
+}
+
+void X11PasteboardWorker::claimAsOf(xcb_timestamp_t time) {
+    for (auto& [selection, claim] : std::exchange(claims_, {})) {
+        const bool claimed = offer_.claim(selection, *claim.contents, time);
+        if (claim.done) claim.done(claimed);
+        if (selection != clipboard_) continue;
+        // Whatever was copied before this write is replaced by it. When the claim came too late, the copy that won is
+        // newer than the write: its event is on the way, and the read of it counts after the write.
+        writeNumber_ = claim.writeNumber;
+        if (claimed) reader_.abandon();
+    }
+}
+
+void X11PasteboardWorker::expire() {
+    const Clock::time_point now = Clock::now();
+    reader_.transfer().expire(now);
+    sender_.expire(now);
+    if (readAgainAt_ && now >= *readAgainAt_) startRead();
+}
+
+void X11PasteboardWorker::sleep() {
+    xcb_flush(connection_.xcb());
+    std::optional<Clock::time_point> until = readAgainAt_;
+    for (const auto& deadline : {reader_.transfer().deadline(), sender_.deadline()})
+        if (deadline) until = until ? std::min(*until, *deadline) : *deadline;
+    int timeout = -1;
+    if (until) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(*until - Clock::now()).count();
+        timeout = static_cast<int>(std::max<std::int64_t>(left, 0));
+    }
+    pollfd waited[] = {{connection_.descriptor(), POLLIN, 0}, {wakeDescriptor_, POLLIN, 0}};
+    poll(waited, 2, timeout);
+    std::uint64_t count = 0;
+    [[maybe_unused]] const auto taken = read(wakeDescriptor_, &count, sizeof count);
+}
+
+}  // namespace brimquill::platform
