@@ -7,8 +7,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <map>
 #include <memory>
 #include <stdexcept>
+#include <tuple>
 
 namespace brimquill::PlaceholderDate {
 namespace {
@@ -52,9 +54,9 @@ icu::Locale userLocale() {
     return icu::Locale::getDefault();
 }
 
-std::unique_ptr<icu::DateFormat> formatter(Style style, const std::optional<std::string>& format) {
+std::unique_ptr<icu::DateFormat> newFormatter(const icu::Locale& locale, Style style,
+                                              const std::optional<std::string>& format) {
     using icu::DateFormat;
-    const auto locale = userLocale();
     if (format) {
         UErrorCode status = U_ZERO_ERROR;
         auto made = std::make_unique<icu::SimpleDateFormat>(unicodeString(*format), locale, status);
@@ -65,6 +67,23 @@ std::unique_ptr<icu::DateFormat> formatter(Style style, const std::optional<std:
     if (style == Style::date) return std::unique_ptr<DateFormat>(DateFormat::createDateInstance(dateStyle, locale));
     if (style == Style::time) return std::unique_ptr<DateFormat>(DateFormat::createTimeInstance(timeStyle, locale));
     return std::unique_ptr<DateFormat>(DateFormat::createDateTimeInstance(dateStyle, timeStyle, locale));
+}
+
+/// A formatter of this thread, in the time zone of this moment; null for a pattern that is none. Kept, since making
+/// one costs far more than using it, and a template asks for the same few again and again.
+icu::DateFormat* formatter(Style style, const std::optional<std::string>& format) {
+    constexpr std::size_t mostKept = 16;
+    using Key = std::tuple<std::string, Style, std::optional<std::string>>;
+    thread_local std::map<Key, std::unique_ptr<icu::DateFormat>> kept;
+    const auto locale = userLocale();
+    const Key key(locale.getName(), style, format);
+    auto found = kept.find(key);
+    if (found == kept.end()) {
+        if (kept.size() == mostKept) kept.clear();
+        found = kept.emplace(key, newFormatter(locale, style, format)).first;
+    }
+    if (found->second) found->second->adoptTimeZone(icu::TimeZone::createDefault());
+    return found->second.get();
 }
 
 /// The signed amount of a term; 0 when it is too large to be told.
@@ -92,8 +111,8 @@ Components components(std::string_view offset) {
 }  // namespace
 
 std::string formatted(Date date, Style style, const std::optional<std::string>& format) {
-    const auto made = formatter(style, format);
-    if (!made) return {};
+    const auto* made = formatter(style, format);
+    if (made == nullptr) return {};
     UErrorCode status = U_ZERO_ERROR;
     icu::UnicodeString result;
     made->format(date.seconds * millisecondsPerSecond, result, nullptr, status);

@@ -174,6 +174,11 @@ TEST_F(PlaceholderTest, StaysLinearOnHostileTemplates) {
     for (const auto& offset : {digits, repeated("+1", many), repeated("1d-1d", many)}) {
         EXPECT_EQ(expand("{date format=d offset=" + offset + "}").substr(0, 100), "31") << offset.substr(0, 20);
     }
+    for (const char* calendar :
+         {"en@calendar=chinese", "en@calendar=hebrew", "ar@calendar=islamic", "en@calendar=ethiopic"}) {
+        setLocale(calendar);
+        EXPECT_FALSE(expand("{date offset=-99000y} {datetime offset=99000y}").empty());
+    }
     EXPECT_EQ(expand("{hoard " + repeated("|", 1000) + "trim}"), "clip 0");
 }
 
