@@ -2,6 +2,8 @@
 
 `Session` starts an X server on a free display, a session bus and a window manager, with a home, configuration and data
 directory made for it, and ends all of it for sure. Any number of them run side by side. Standard library only.
+
+Run as a program, `xsession.py COMMAND...` runs a command on such a desktop and ends with its status.
 """
 
 import json
@@ -12,6 +14,7 @@ import shutil
 import signal
 import sqlite3
 import subprocess
+import sys
 import tempfile
 import time
 import uuid
@@ -312,3 +315,8 @@ class Session:
             raise
         finally:
             connection.close()
+
+
+if __name__ == "__main__":
+    with Session() as desktop:
+        sys.exit(subprocess.run(sys.argv[1:], env=desktop.environment, stdin=subprocess.DEVNULL).returncode)
