@@ -61,10 +61,10 @@ public:
         std::string text;
         Date createdAt;
         Date modifiedAt;
-        std::optional<std::string> sourceApp;
+        std::optional<std::string> sourceApp{};
         bool pinned = false;
-        std::optional<std::string> name, keyword, folderUuid, tags;
-        std::optional<std::string> imageData;
+        std::optional<std::string> name{}, keyword{}, folderUuid{}, tags{};
+        std::optional<std::string> imageData{};
     };
     /// A clip out of an archive.
     struct ImportedClip {
@@ -72,12 +72,12 @@ public:
         ClipKind kind = ClipKind::text;
         std::string text;
         Date createdAt;
-        Source source;
+        Source source{};
         bool pinned = false;
-        std::optional<std::string> name, keyword;
-        std::optional<std::int64_t> folderId;
-        std::vector<std::string> tags;
-        std::optional<std::string> imagePath;
+        std::optional<std::string> name{}, keyword{};
+        std::optional<std::int64_t> folderId{};
+        std::vector<std::string> tags{};
+        std::optional<std::string> imagePath{};
     };
 
     /// Opens or creates the store in `directory`, makes it private to the user, and brings an earlier database up to

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -65,12 +66,12 @@ public:
           })) {}
 
     /// How many came since the last call.
-    int take() { return std::exchange(count_, 0); }
-    int takeRemote() { return std::exchange(remoteCount_, 0); }
+    int take() { return count_.exchange(0); }
+    int takeRemote() { return remoteCount_.exchange(0); }
 
 private:
-    int count_ = 0;
-    int remoteCount_ = 0;
+    std::atomic<int> count_ = 0;
+    std::atomic<int> remoteCount_ = 0;
     NotificationCenter::Observation observation_;
 };
 

@@ -1,10 +1,11 @@
+#include "tests/core/ScopedVariable.h"
 #include "tests/core/StoreFixture.h"
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
+#include <functional>
 
 namespace brimquill::test {
 namespace {
@@ -241,28 +242,6 @@ TEST(StoreDirectory, DatabaseIsClosedToOthersWhileAUsedDirectoryKeepsItsMode) {
     EXPECT_EQ(modeOf(store.databaseURL), 0600U);
     EXPECT_EQ(modeOf(base.path()), 0755U);
 }
-
-/// Sets an environment variable and puts back what was there.
-class ScopedVariable final {
-public:
-    ScopedVariable(const char* name, const char* value) : name_(name) {
-        if (const char* const before = std::getenv(name)) before_ = before;
-        ::setenv(name, value, 1);
-    }
-    ~ScopedVariable() {
-        if (before_) {
-            ::setenv(name_, before_->c_str(), 1);
-        } else {
-            ::unsetenv(name_);
-        }
-    }
-    ScopedVariable(const ScopedVariable&) = delete;
-    ScopedVariable& operator=(const ScopedVariable&) = delete;
-
-private:
-    const char* name_;
-    std::optional<std::string> before_;
-};
 
 TEST(StoreDirectory, ComesFromTheEnvironment) {
     struct Case {
