@@ -24,7 +24,7 @@ struct Parsed {
 };
 
 /// Longer files, in bytes, are no such export and are not read.
-inline constexpr std::size_t largestFile = 8 * 1024 * 1024;
+inline constexpr std::size_t largestFile = std::size_t{8} * 1024 * 1024;
 
 /// The snippets of a JSON or a YAML export. `fileExtension`, in any case and without the dot, only tells where to
 /// begin: what is no JSON is read as YAML.
