@@ -43,11 +43,11 @@ struct Modifiers {
 
 /// Virtual key codes, as used in every key event and hot key.
 namespace key {
-inline constexpr int a = 0, s = 1, d = 2, f = 3, h = 4, g = 5, z = 6, x = 7, c = 8, v = 9, b = 11, q = 12, w = 13, e = 14,
-                     r = 15, y = 16, t = 17, one = 18, two = 19, three = 20, four = 21, six = 22, five = 23, nine = 25,
-                     seven = 26, eight = 28, zero = 29, o = 31, u = 32, i = 34, p = 35, returnKey = 36, l = 37, j = 38,
-                     k = 40, slash = 44, n = 45, m = 46, tab = 48, space = 49, deleteKey = 51, escape = 53, left = 123,
-                     right = 124, down = 125, up = 126, other = -1;
+inline constexpr int a = 0, s = 1, d = 2, f = 3, h = 4, g = 5, z = 6, x = 7, c = 8, v = 9, b = 11, q = 12, w = 13,
+                     e = 14, r = 15, y = 16, t = 17, one = 18, two = 19, three = 20, four = 21, six = 22, five = 23,
+                     nine = 25, seven = 26, eight = 28, zero = 29, o = 31, u = 32, i = 34, p = 35, returnKey = 36,
+                     l = 37, j = 38, k = 40, slash = 44, n = 45, m = 46, tab = 48, space = 49, deleteKey = 51,
+                     escape = 53, left = 123, right = 124, down = 125, up = 126, other = -1;
 }  // namespace key
 
 /// Straight, unpremultiplied 8-bit RGBA, rows from the top without padding.
