@@ -187,18 +187,24 @@ class Session:
         for program in reversed(self.programs + self.services):
             program.stop(timeout=2)
         self.programs, self.services = [], []
-        self._kill_the_rest()
+        wait_for(lambda: not self._kill_marked(), what="the end of the session's processes")
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    def _kill_the_rest(self):
-        """Ends what left its process group, such as services that the bus started: they carry the session's mark."""
+    def _kill_marked(self):
+        """Kills what left its process group, such as services that the bus started; whether there was any.
+
+        What runs in the session carries its mark in its environment, which is empty once a process has ended.
+        """
         mark = f"BRIMQUILL_TEST_SESSION={self.mark}".encode()
+        found = False
         for entry in pathlib.Path("/proc").iterdir():
             try:
                 if entry.name.isdigit() and mark in (entry / "environ").read_bytes().split(b"\0"):
+                    found = True
                     os.kill(int(entry.name), signal.SIGKILL)
-            except (OSError, ValueError):
+            except OSError:
                 continue
+        return found
 
     # Programs and tools
 
