@@ -35,7 +35,7 @@ TEST_F(StoreFolders, PathIsFoundOrCreated) {
     EXPECT_EQ(clients.name, "Clients");
     EXPECT_EQ(store.path(clients), "Work/Clients");
     EXPECT_EQ(clients, current(clients.id));
-    for (const auto* same : {"work / clients ", "/Work//Clients/", "WORK/ \t/CLIENTS"}) {
+    for (const auto* same : {"work / clients ", "/Work //Clients/", "WORK/ \t/CLIENTS"}) {
         EXPECT_EQ(store.folder(same), clients) << same;
     }
     EXPECT_EQ(changes.take(), 0);
