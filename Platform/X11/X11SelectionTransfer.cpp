@@ -91,7 +91,16 @@ void X11SelectionTransfer::take() {
                                          XCB_GET_PROPERTY_TYPE_ANY, static_cast<std::uint32_t>(pieceOffset_ / 4),
                                          static_cast<std::uint32_t>(connection_.chunk() / 4));
     const XcbOwned<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_.xcb(), cookie, nullptr));
-    if (!reply) return finish(Outcome::refused);  // the display is lost
+    // The display is lost, or the owner put something shorter into the property while it was read.
+    if (!reply) return finish(Outcome::refused);
+    if (reply->type == XCB_ATOM_NONE) {
+        // Nothing there. An owner that does not wait until a piece is taken gives two notices of what was one piece to
+        // us: that is not the empty piece of the end, which has a type.
+        state_ = State::betweenPieces;
+        pieceOffset_ = 0;
+        if (!incremental_) finish(Outcome::refused);
+        return;
+    }
     progress_ = Clock::now();
     if (!incremental_ && reply->type == connection_.atom("INCR")) {
         // The size that it announces is a mere word of the owner's: nothing is allocated by it.

@@ -137,6 +137,14 @@ TEST_F(X11PasteboardHostile, AnnouncedSizeIsNotBelieved) {
     EXPECT_TRUE(waitForString("small after all"));
 }
 
+TEST_F(X11PasteboardHostile, PieceThatIsAnnouncedTwiceIsNotTakenForTheEnd) {
+    begin(impatient());
+    const std::string words = "the words of an owner that does not wait";
+    const auto owner = own({"--do", "hasty@UTF8_STRING", "--chunk", "3", "--offer", "UTF8_STRING=" + words});
+    ASSERT_TRUE(waitForChange());
+    EXPECT_EQ(pasteboard().string(), words);
+}
+
 TEST_F(X11PasteboardHostile, EndlessTransferEndsAtTheCap) {
     X11PasteboardOptions options = impatient();
     options.cap = 8 << 20;

@@ -12,6 +12,7 @@
 //       endless   sends pieces for ever          trickle   sends one byte every 20 ms for ever
 //       reown     claims anew at each request    change    claims anew once, offering the text "after" alone, and then
 //                                                          answers the request with what it had before
+//       hasty     puts each piece of a transfer twice, where an owner should wait until it was taken
 //       many      lists 2000 more targets, which it refuses
 //     With --changes it claims COUNT times, offering the texts "change 1" and so on, `MILLISECONDS` apart, each once
 //     the text before was asked for.
@@ -94,6 +95,9 @@ public:
         return name;
     }
 
+    /// Waits until the server has done all that was asked of it.
+    void finishRequests() const { std::free(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr)); }
+
     /// The next event, or nothing once `timeout` milliseconds have passed.
     std::unique_ptr<xcb_generic_event_t, void (*)(void*)> nextEvent(int timeout) const {
         xcb_flush(xcb_);
@@ -133,13 +137,13 @@ private:
         xcb_atom_t type;
         Bytes value;
         std::size_t sent = 0;
-        bool isEndless = false, dies = false;
+        bool isEndless = false, dies = false, isHasty = false;
     };
     using Key = std::pair<xcb_window_t, xcb_atom_t>;
 
     void claim() {
         xcb_set_selection_owner(display_.xcb(), display_.window(), selection_, XCB_CURRENT_TIME);
-        xcb_flush(display_.xcb());
+        display_.finishRequests();
         say("owned");
     }
 
@@ -196,7 +200,7 @@ private:
         const auto offer = offers.find(target);
         if (offer == offers.end()) return false;
         const bool isEndless = behaviour == "endless", trickles = behaviour == "trickle";
-        const bool isOdd = isEndless || trickles || behaviour == "huge" || behaviour == "die";
+        const bool isOdd = isEndless || trickles || behaviour == "huge" || behaviour == "die" || behaviour == "hasty";
         if (offer->second.size() <= options_.chunk && !isOdd) {
             xcb_change_property(display_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
                                 request.target, 8, static_cast<std::uint32_t>(offer->second.size()),
@@ -208,7 +212,7 @@ private:
         const std::uint32_t size = behaviour == "huge" ? UINT32_MAX : static_cast<std::uint32_t>(offer->second.size());
         xcb_change_property(display_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
                             display_.atom("INCR"), 32, 1, &size);
-        Transfer transfer{request.target, offer->second, 0, isEndless, behaviour == "die"};
+        Transfer transfer{request.target, offer->second, 0, isEndless, behaviour == "die", behaviour == "hasty"};
         if (trickles)
             trickles_[{request.requestor, request.property}] = request.target;
         else
@@ -250,8 +254,9 @@ private:
         const Bytes piece(transfer.isEndless ? Bytes(length, 'x')
                                              : Bytes(transfer.value.data() + transfer.sent,
                                                      transfer.value.data() + transfer.sent + length));
-        xcb_change_property(display_.xcb(), XCB_PROP_MODE_REPLACE, event.window, event.atom, transfer.type, 8,
-                            static_cast<std::uint32_t>(length), piece.data());
+        for (int time = 0; time < (transfer.isHasty ? 2 : 1); ++time)
+            xcb_change_property(display_.xcb(), XCB_PROP_MODE_REPLACE, event.window, event.atom, transfer.type, 8,
+                                static_cast<std::uint32_t>(length), piece.data());
         xcb_flush(display_.xcb());
         transfer.sent += length;
         if (transfer.dies) std::_Exit(0);
