@@ -1,0 +1,44 @@
+import QtQuick
+
+// The body of a panel: rounded, with a soft shadow around it where windows may be translucent and a hairline where not.
+// What is put into it lies within the body.
+Item {
+    id: panel
+
+    default property alias content: body.data
+    readonly property alias body: body
+    property real bodyWidth: 0
+    property real bodyHeight: 0
+    property alias radius: surface.radius
+    readonly property int margin: Theme.translucent ? Theme.shadowWidth : 0
+
+    implicitWidth: bodyWidth
+    implicitHeight: bodyHeight
+
+    BorderImage {
+        anchors.fill: parent
+        visible: Theme.translucent
+        source: visible ? "image://brimquill/shadow" : ""
+        border {
+            left: Theme.shadowWidth + Theme.panelRadius
+            right: Theme.shadowWidth + Theme.panelRadius
+            top: Theme.shadowWidth + Theme.panelRadius
+            bottom: Theme.shadowWidth + Theme.panelRadius
+        }
+    }
+
+    Rectangle {
+        id: surface
+        anchors.fill: parent
+        anchors.margins: panel.margin
+        radius: Theme.panelRadius
+        color: Theme.surface
+        border.width: 1
+        border.color: Theme.hairline
+
+        Item {
+            id: body
+            anchors.fill: parent
+        }
+    }
+}

@@ -1,0 +1,48 @@
+pragma Singleton
+import QtQuick
+
+// What all views share of how things look. A number that two views use belongs here.
+QtObject {
+    readonly property bool dark: appearance.dark
+    readonly property bool translucent: appearance.translucent
+    readonly property bool reduceMotion: appearance.reduceMotion
+
+    // Colours
+    readonly property color surface: dark ? (translucent ? "#F01B1C1F" : "#1B1C1F")
+                                          : (translucent ? "#F5F2F3F5" : "#F2F3F5")
+    readonly property color cardBody: dark ? "#2A2B2F" : "#FFFFFF"
+    readonly property color field: dark ? Qt.rgba(1, 1, 1, 0.09) : Qt.rgba(0, 0, 0, 0.06)
+    readonly property color hairline: dark ? Qt.rgba(1, 1, 1, 0.12) : Qt.rgba(0, 0, 0, 0.10)
+    readonly property color primaryText: dark ? "#EDEEF0" : "#1C1D21"
+    readonly property color secondaryText: dark ? "#A6A9B2" : "#63666E"
+    readonly property color accentFill: appearance.accentFill
+    readonly property color accentInk: appearance.accentInk
+
+    // Type, in pixels at scale 1
+    readonly property int fieldSize: 13
+    readonly property int titleSize: 12
+    readonly property int bodySize: 11
+    readonly property int hintSize: 10
+    readonly property real lineHeight: 1.3
+
+    // Grid of 4
+    readonly property int cardPadding: 8
+    readonly property int panelPadding: 12
+    readonly property int smallGap: 4
+    readonly property int gap: 8
+    readonly property int cardGap: 14
+
+    // Radii
+    readonly property int panelRadius: 16
+    readonly property int cardRadius: 12
+    readonly property int menuRadius: 10
+    readonly property int fieldRadius: 8
+
+    // Depth: how far a panel's shadow reaches where windows may be translucent
+    readonly property int shadowWidth: 24
+
+    // Motion, in milliseconds
+    readonly property int appearDuration: reduceMotion ? 0 : 120
+    readonly property int moveDuration: reduceMotion ? 0 : 150
+    readonly property int appearShift: 8
+}
