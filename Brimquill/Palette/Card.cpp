@@ -22,9 +22,9 @@ std::string counted(std::size_t count, const char* noun) {
     return std::to_string(count) + " " + noun;
 }
 
-void describeFiles(Card& card, const ClipItem& item, const std::function<bool(const std::string&)>& fileExists) {
+void describeFiles(Card& card, const ClipItem& item, const CardFiles& files) {
     const auto paths = text::split(item.text, '\n');
-    const auto isThere = std::any_of(paths.begin(), paths.end(), fileExists);
+    const auto isThere = std::any_of(paths.begin(), paths.end(), files.exists);
     card.body = isThere ? CardBody::files : CardBody::missingFile;
     card.text = isThere ? beginning(item.preview()) : "Original file no longer exists";
     card.caption = paths.empty() ? "" : paths.front();
@@ -36,6 +36,7 @@ void describeText(Card& card, const ClipItem& item) {
     if (const auto color = item.hexColor()) {
         card.body = CardBody::color;
         card.text = *color;
+        card.swatch = CardStyle::custom(*CardStyle::hex(*color));
         return;
     }
     card.body = CardBody::text;
@@ -44,8 +45,7 @@ void describeText(Card& card, const ClipItem& item) {
 
 }  // namespace
 
-Card makeCard(const ClipItem& item, CardStyle& style, Date now,
-              const std::function<bool(const std::string&)>& fileExists) {
+Card makeCard(const ClipItem& item, CardStyle& style, Date now, const CardFiles& files) {
     Card card;
     card.id = item.id;
     card.header = style.header(item);
@@ -59,11 +59,12 @@ Card makeCard(const ClipItem& item, CardStyle& style, Date now,
     } else {
         card.age = CardStyle::age(item.createdAt, now);
         if (item.kind == ClipKind::file) {
-            describeFiles(card, item, fileExists);
+            describeFiles(card, item, files);
         } else if (item.kind == ClipKind::image && item.imagePath) {
             card.body = CardBody::image;
             card.imagePath = *item.imagePath;
             card.text = beginning(item.preview());
+            card.footer = files.pictureSize(*item.imagePath);
         } else {
             describeText(card, item);
         }

@@ -22,7 +22,9 @@ struct Card {
     /// The name of an emoji, the path of a file.
     std::string caption;
     std::string imagePath;
-    /// What is below the body: a count of characters or files; empty for a picture, whose size is told once it is read.
+    /// The colour of a colour clip.
+    CardColor swatch;
+    /// What is below the body: a count of characters or files, the size of a picture.
     std::string footer;
     std::string sourceBundleId;
     bool isPinned = false, expires = false;

@@ -66,6 +66,10 @@ QVariant ClipListModel::data(const QModelIndex& index, int role) const {
             return string(card.caption);
         case imageRole:
             return providerUrl("thumbnails", card.imagePath);
+        case swatchFillRole:
+            return string(card.swatch.fill);
+        case swatchTextRole:
+            return string(card.swatch.onFill);
         case iconRole:
             return providerUrl("icons", card.sourceBundleId);
         case footerRole:
@@ -99,6 +103,8 @@ QHash<int, QByteArray> ClipListModel::roleNames() const {
             {textRole, "bodyText"},
             {captionRole, "caption"},
             {imageRole, "imageSource"},
+            {swatchFillRole, "swatchFill"},
+            {swatchTextRole, "swatchText"},
             {iconRole, "iconSource"},
             {footerRole, "footer"},
             {pinnedRole, "pinned"},
@@ -113,7 +119,8 @@ QHash<int, QByteArray> ClipListModel::roleNames() const {
 void ClipListModel::setCards(std::vector<Card> cards) {
     const auto before = cards_.size(), after = cards.size(), common = std::min(before, after);
     marked_.clear();
-    // Rows are changed where they stand: a view then keeps the items it has made, which is what a quick search lives on.
+    // Rows are changed where they stand: a view then keeps the items it has made, which is what a quick search lives
+    // on.
     if (after < before) {
         beginRemoveRows({}, static_cast<int>(after), static_cast<int>(before) - 1);
         cards_.resize(after);

@@ -24,6 +24,8 @@ public:
         textRole,
         captionRole,
         imageRole,
+        swatchFillRole,
+        swatchTextRole,
         iconRole,
         footerRole,
         pinnedRole,

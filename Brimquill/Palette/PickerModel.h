@@ -2,6 +2,7 @@
 
 #include "Brimquill/Palette/ClipListModel.h"
 #include "Brimquill/Palette/PickerQuery.h"
+#include "Brimquill/Palette/PictureSizes.h"
 #include "Brimquill/Palette/ScopeCatalog.h"
 #include "Platform/Services.h"
 
@@ -135,6 +136,7 @@ private:
     std::function<std::vector<std::int64_t>()> stackIds_;
     ScopeCatalog catalog_;
     CardStyle style_;
+    PictureSizes pictureSizes_;
     ClipListModel cards_;
     PickerQuery query_;
     std::vector<ClipItem> items_;

@@ -91,6 +91,11 @@ void PasteService::write(const platform::PasteboardContents& contents) {
     selfWriteChangeCount_ = environment_.pasteboard.write(contents);
 }
 
+void PasteService::pasteText(const std::string& text, bool thenPaste) {
+    ++pasteCount_;
+    finish({.string = text}, thenPaste);
+}
+
 void PasteService::finish(const platform::PasteboardContents& contents, bool thenPaste) {
     write(contents);
     if (thenPaste) sendCmdVIfAllowed();

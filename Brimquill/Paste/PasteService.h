@@ -43,6 +43,9 @@ public:
     /// a picture that cannot be read leaves the pasteboard empty.
     void paste(const ClipItem& item, bool thenPaste);
 
+    /// The same for a text that is no clip.
+    void pasteText(const std::string& text, bool thenPaste);
+
     /// Puts `contents` on the pasteboard as a change of our own, so that it is not captured.
     void write(const platform::PasteboardContents& contents);
 

@@ -1,0 +1,199 @@
+#include "Brimquill/Palette/PickerPanelController.h"
+
+#include "Brimquill/Surfaces/TourEvents.h"
+#include "BrimquillCore/Foundation/Log.h"
+
+#include <QWindow>
+
+namespace brimquill {
+namespace {
+
+using picker_action::Simple;
+
+/// From the palette to the sides of the screen, and to its lower edge or what docks there.
+constexpr double sideMargin = 24, bottomMargin = 16;
+constexpr platform::Rect frameWithoutScreen{0, 0, 1200, 800};
+
+template <typename... Functions>
+struct Overloaded : Functions... {
+    using Functions::operator()...;
+};
+template <typename... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
+
+}  // namespace
+
+PickerPanelController::PickerPanelController(Environment environment) : environment_(std::move(environment)) {}
+
+PickerPanelController::~PickerPanelController() {
+    close();
+}
+
+void PickerPanelController::toggle() {
+    if (isVisible_) {
+        close();
+    } else {
+        show();
+    }
+}
+
+void PickerPanelController::prepare() {
+    if (window_) return;
+    window_ = environment_.makeWindow(*this);
+    panel_ = environment_.services.panels().makePanel(*window_, platform::PanelRole::keyable);
+}
+
+void PickerPanelController::show() {
+    if (isVisible_) return;
+    prepare();
+    environment_.model.setPreviewOpen(false);
+    environment_.model.setCheatSheetOpen(false);
+    environment_.model.reset();
+    Q_EMIT appearing();
+    if (!panel_->show(frame())) {
+        log::write("the palette cannot be shown on this system");
+        return;
+    }
+    isVisible_ = true;
+    environment_.model.setActive(true);
+    auto& monitors = environment_.services.eventMonitors();
+    keyMonitor_ = monitors.addLocalMonitor(platform::EventMask::keyDown,
+                                           [this](const platform::Event& event) { return handle(event); });
+    environment_.center.post({TourEvents::paletteDidShow, this, {}});
+    outsideClickMonitor_ =
+        monitors.addGlobalMonitor(platform::EventMask::mouseDown, [this](const platform::Event& event) {
+            if (isVisible_ && !frame().contains(event.location)) close();
+        });
+}
+
+void PickerPanelController::close() {
+    if (!isVisible_) return;
+    isVisible_ = false;
+    keyMonitor_.reset();
+    outsideClickMonitor_.reset();
+    environment_.model.setActive(false);
+    panel_->close();
+}
+
+platform::Rect PickerPanelController::frame() const {
+    const auto screen = environment_.services.screens().main();
+    const auto visible = screen ? screen->visibleFrame : frameWithoutScreen;
+    const double width = visible.width - 2 * sideMargin;
+    return {visible.x + (visible.width - width) / 2, visible.y + visible.height - bottomMargin - panelHeight, width,
+            panelHeight};
+}
+
+bool PickerPanelController::handle(const platform::Event& event) {
+    // With a panel of ours in front of the palette, the keys are that panel's.
+    if (!isVisible_ || !panel_->isKey()) return false;
+    const auto& model = environment_.model;
+    const auto action = pickerAction(event, {.selectionEmpty = model.selection().empty()});
+    if (action == PickerAction(Simple::pass)) return false;
+    perform(action);
+    return true;
+}
+
+void PickerPanelController::perform(const PickerAction& action) {
+    auto& model = environment_.model;
+    std::visit(Overloaded{[&](Simple simple) { performSimple(simple); },
+                          [&](picker_action::ToggleType toggle) { model.toggleType(toggle.type); },
+                          [&](picker_action::CycleFilter cycle) { model.cycleFilter(cycle.delta); },
+                          [&](picker_action::CycleType cycle) { model.cycleType(cycle.delta); },
+                          [&](picker_action::MoveSelection move) {
+                              model.moveSelection(move.delta, move.extending ? PickerModel::Extending::yes
+                                                                             : PickerModel::Extending::no);
+                          },
+                          [&](picker_action::Paste paste) {
+                              pasteSelected(paste.copyOnly ? PickerActions::Delivery::copyOnly
+                                                           : PickerActions::Delivery::paste);
+                          },
+                          [&](picker_action::QuickPaste quick) {
+                              model.select(quick.number - 1);
+                              pasteSelected(PickerActions::Delivery::paste);
+                          },
+                          // Belongs to a room that does not stand yet; the key means nothing else meanwhile.
+                          [](picker_action::ExplorerMove) {}},
+               action);
+}
+
+void PickerPanelController::performSimple(Simple action) {
+    auto& model = environment_.model;
+    auto& actions = environment_.actions;
+    switch (action) {
+        case Simple::jumpToTopTag:
+            return model.jumpToTopTag();
+        case Simple::togglePause:
+            return actions.togglePause();
+        case Simple::undoDelete:
+            return actions.undoDelete();
+        case Simple::deleteSelected:
+            return actions.deleteSelected();
+        case Simple::selectAll:
+            return model.selectAll();
+        case Simple::togglePreview:
+            return model.setPreviewOpen(!model.previewOpen());
+        case Simple::toggleCheatSheet:
+            return model.setCheatSheetOpen(!model.cheatSheetOpen());
+        case Simple::showEmoji:
+            return model.showEmoji();
+        case Simple::showMostRecent:
+            return model.showMostRecent();
+        case Simple::backOut:
+            return backOut();
+        case Simple::openSelected:
+            if (actions.openSelected()) close();
+            return;
+        case Simple::pass:
+        // Explorer and filing are rooms that do not stand yet; their keys mean nothing else meanwhile.
+        case Simple::toggleExplorer:
+        case Simple::organizeTags:
+        case Simple::organizePinboard:
+        case Simple::explorerActivate:
+        case Simple::explorerClose:
+        case Simple::explorerCollapse:
+        case Simple::explorerExpand:
+            return;
+    }
+}
+
+/// One level back: the first of these that applies.
+void PickerPanelController::backOut() {
+    auto& model = environment_.model;
+    if (model.cheatSheetOpen()) return model.setCheatSheetOpen(false);
+    if (model.previewOpen()) return model.setPreviewOpen(false);
+    if (model.typeFilter()) return model.setTypeFilter(std::nullopt);
+    if (!is<scope::Clipboard>(model.filter())) return model.setFilter(scope::Clipboard{});
+    if (!model.searchText().empty()) return model.setSearchText({});
+    close();
+}
+
+void PickerPanelController::pasteSelected(PickerActions::Delivery delivery) {
+    const auto items = environment_.model.selectedItems();
+    if (items.empty()) return;
+    // The palette goes first: the application below has the keyboard back before anything is pasted into it.
+    close();
+    environment_.actions.deliver(items, delivery);
+}
+
+void PickerPanelController::cardClicked(int index, int modifiers) {
+    auto& model = environment_.model;
+    const auto held = Qt::KeyboardModifiers(modifiers);
+    if (index < 0 || index >= static_cast<int>(model.items().size())) return;
+    if (held & (Qt::ControlModifier | Qt::MetaModifier)) return model.toggleSelection(index);
+    if (held & Qt::ShiftModifier) return model.extendSelection(index);
+    model.clearSelection();
+    model.select(index);
+    environment_.actions.copyByClick(model.items()[static_cast<std::size_t>(index)]);
+    model.showCopied(model.items()[static_cast<std::size_t>(index)].id);
+}
+
+void PickerPanelController::cardDoubleClicked(int index) {
+    auto& model = environment_.model;
+    if (index < 0 || index >= static_cast<int>(model.items().size())) return;
+    model.select(index);
+    const auto item = model.items()[static_cast<std::size_t>(index)];
+    close();
+    environment_.actions.deliver({item}, PickerActions::Delivery::paste);
+}
+
+}  // namespace brimquill

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Brimquill/Palette/PickerActions.h"
+#include "Brimquill/Palette/PickerKeyMap.h"
+#include "Brimquill/Palette/PickerModel.h"
+#include "Platform/Services.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+class QWindow;
+
+namespace brimquill {
+
+/// The palette's panel: shows and hides it, and turns keys and clicks into what the palette does. The application that
+/// the user is in stays the active one throughout. Main thread.
+class PickerPanelController final : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr double panelHeight = 280;
+
+    struct Environment {
+        PickerModel& model;
+        PickerActions& actions;
+        platform::Services& services;
+        NotificationCenter& center;
+        /// Makes the window with the palette's view, hidden.
+        std::function<std::unique_ptr<QWindow>(PickerPanelController&)> makeWindow;
+    };
+
+    explicit PickerPanelController(Environment environment);
+    ~PickerPanelController() override;
+
+    void show();
+    void close();
+    void toggle();
+    bool isVisible() const { return isVisible_; }
+    /// Makes the window beforehand, so that the first `show` is as quick as the next.
+    void prepare();
+
+    /// Pastes the chosen cards into the application below, or only puts them on the pasteboard; closes the palette
+    /// first.
+    void pasteSelected(PickerActions::Delivery delivery);
+
+    /// A click on a card: with ⌘ or ⇧ it chooses, plain it copies. A double click pastes.
+    Q_INVOKABLE void cardClicked(int index, int modifiers);
+    Q_INVOKABLE void cardDoubleClicked(int index);
+
+Q_SIGNALS:
+    /// The palette comes up: views start from their beginning and may animate.
+    void appearing();
+
+private:
+    bool handle(const platform::Event& event);
+    void perform(const PickerAction& action);
+    void performSimple(picker_action::Simple action);
+    void backOut();
+    platform::Rect frame() const;
+
+    Environment environment_;
+    std::unique_ptr<QWindow> window_;
+    std::unique_ptr<platform::Panel> panel_;
+    platform::Token keyMonitor_, outsideClickMonitor_;
+    bool isVisible_ = false;
+};
+
+}  // namespace brimquill

@@ -1,0 +1,134 @@
+#include "Brimquill/Palette/Thumbnails.h"
+
+#include <QImageReader>
+#include <QMutexLocker>
+#include <QPainter>
+#include <QUrl>
+
+#include <algorithm>
+#include <functional>
+
+namespace brimquill {
+namespace {
+
+/// What the caches hold at most, in KiB of decoded pictures, and what one file may take while it is decoded, in MiB.
+constexpr qsizetype thumbnailCost = 24 * 1024, iconCost = 2 * 1024;
+constexpr int decodedMebibytes = 256;
+
+/// Computes an image on a pool, for a view that waits for it.
+class Response final : public QQuickImageResponse {
+public:
+    Response(QThreadPool& pool, std::function<QImage()> compute) {
+        pool.start([this, compute = std::move(compute)] {
+            image_ = compute();
+            Q_EMIT finished();
+        });
+    }
+
+    QQuickTextureFactory* textureFactory() const override {
+        return QQuickTextureFactory::textureFactoryForImage(image_);
+    }
+
+private:
+    QImage image_;
+};
+
+qsizetype cost(const QImage& image) {
+    return std::max<qsizetype>(1, image.sizeInBytes() / 1024);
+}
+
+/// The image under `key`, computed when the cache has none.
+QImage cached(QMutex& mutex, QCache<QString, QImage>& cache, const QString& key,
+              const std::function<QImage()>& compute) {
+    {
+        const QMutexLocker lock(&mutex);
+        if (const auto* found = cache.object(key)) return *found;
+    }
+    const QImage image = compute();
+    if (!image.isNull()) {
+        const QMutexLocker lock(&mutex);
+        cache.insert(key, new QImage(image), cost(image));
+    }
+    return image;
+}
+
+/// Stands for the icon that a program does not have; a view would complain about none.
+QImage transparent(int size) {
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+/// What shows through the transparent parts of a picture.
+QImage onCheckerboard(const QImage& picture) {
+    if (!picture.hasAlphaChannel()) return picture;
+    constexpr int square = 8;
+    QImage result(picture.size(), QImage::Format_RGB32);
+    result.fill(QColor(0xFF, 0xFF, 0xFF));
+    QPainter painter(&result);
+    for (int y = 0; y < result.height(); y += square) {
+        for (int x = (y / square) % 2 * square; x < result.width(); x += 2 * square) {
+            painter.fillRect(x, y, square, square, QColor(0xDD, 0xDD, 0xDD));
+        }
+    }
+    painter.drawImage(0, 0, picture);
+    return result;
+}
+
+QString decoded(const QString& id) {
+    return QUrl::fromPercentEncoding(id.toUtf8());
+}
+
+}  // namespace
+
+Thumbnails::Thumbnails() : cache_(thumbnailCost) {
+    QImageReader::setAllocationLimit(decodedMebibytes);
+    pool_.setMaxThreadCount(1);
+}
+
+Thumbnails::~Thumbnails() {
+    pool_.waitForDone();
+}
+
+QImage Thumbnails::read(const QString& path, const QSize& size) {
+    QImageReader reader(path);
+    reader.setAutoTransform(true);
+    reader.setDecideFormatFromContent(true);
+    const QSize whole = reader.size();
+    if (whole.isValid() && !whole.isEmpty() && size.isValid() && !size.isEmpty()) {
+        const QSize scaled = whole.scaled(size, Qt::KeepAspectRatioByExpanding);
+        if (scaled.width() < whole.width()) reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
+    }
+    return onCheckerboard(reader.read());
+}
+
+QQuickImageResponse* Thumbnails::requestImageResponse(const QString& id, const QSize& requestedSize) {
+    const auto path = decoded(id);
+    const auto key = QStringLiteral("%1x%2 %3").arg(requestedSize.width()).arg(requestedSize.height()).arg(path);
+    return new Response(pool_, [this, path, key, requestedSize] {
+        return cached(mutex_, cache_, key, [&] { return read(path, requestedSize); });
+    });
+}
+
+SourceIcons::SourceIcons(platform::Workspace& workspace) : workspace_(workspace), cache_(iconCost) {
+    pool_.setMaxThreadCount(1);
+}
+
+SourceIcons::~SourceIcons() {
+    pool_.waitForDone();
+}
+
+QQuickImageResponse* SourceIcons::requestImageResponse(const QString& id, const QSize& requestedSize) {
+    const auto bundleIdentifier = decoded(id);
+    const int size = std::max(requestedSize.width(), 16);
+    return new Response(pool_, [this, bundleIdentifier, size] {
+        return cached(mutex_, cache_, QStringLiteral("%1 %2").arg(size).arg(bundleIdentifier), [&] {
+            const auto icon = workspace_.icon(bundleIdentifier.toStdString(), size);
+            if (!icon || icon->rgba.empty()) return transparent(size);
+            return QImage(icon->rgba.data(), icon->width, icon->height, icon->width * 4, QImage::Format_RGBA8888)
+                .copy();
+        });
+    });
+}
+
+}  // namespace brimquill

@@ -1,0 +1,318 @@
+import QtQuick
+import "qrc:/brimquill/Views"
+
+// One clip.
+Item {
+    id: card
+
+    required property int index
+    required property string title
+    required property color headerFill
+    required property color headerText
+    required property string age
+    required property string body
+    required property string bodyText
+    required property string caption
+    required property string imageSource
+    required property string iconSource
+    required property string swatchFill
+    required property string swatchText
+    required property string footer
+    required property bool pinned
+    required property bool expires
+    required property bool marked
+    required property bool copied
+    required property bool arrived
+    required property string badge
+    required property string accessibleName
+    property bool selected
+
+    width: Theme.cardWidth
+    height: Theme.cardHeight
+    scale: arrived && Theme.animated ? 1.02 : 1
+    Accessible.role: Accessible.ListItem
+    Accessible.name: accessibleName
+    Accessible.selected: selected
+    Accessible.onPressAction: panel.cardClicked(index, 0)
+
+    Behavior on scale { enabled: Theme.animated; NumberAnimation { duration: 200; easing.type: Easing.OutQuad } }
+
+    // The ring lies outside, so that nothing shifts when the choice moves.
+    Rectangle {
+        anchors { fill: parent; margins: -3 }
+        radius: Theme.cardRadius + 3
+        color: "transparent"
+        border { width: 2; color: Theme.accent }
+        visible: card.selected || card.marked
+    }
+
+    Rectangle {
+        id: face
+
+        anchors.fill: parent
+        radius: Theme.cardRadius
+        color: Theme.cardBody
+    }
+
+    Loader {
+        anchors {
+            fill: parent
+            topMargin: Theme.cardHeaderHeight
+            bottomMargin: Theme.cardFooterHeight
+        }
+        sourceComponent: card.body === "image" ? picture
+                         : card.body === "color" ? swatch
+                         : card.body === "emoji" ? emoji
+                         : card.body === "files" || card.body === "missingFile" ? files
+                         : words
+    }
+
+    // The header: round above, straight below.
+    Item {
+        width: parent.width
+        height: Theme.cardHeaderHeight
+        clip: true
+
+        Rectangle {
+            width: parent.width
+            height: parent.height + Theme.cardRadius
+            radius: Theme.cardRadius
+            color: card.headerFill
+        }
+        Text {
+            anchors { left: parent.left; leftMargin: Theme.gap; right: time.left; rightMargin: Theme.gapSmall; verticalCenter: parent.verticalCenter }
+            text: card.title
+            textFormat: Text.PlainText
+            elide: Text.ElideRight
+            maximumLineCount: 1
+            font.pixelSize: Theme.titleSize
+            font.weight: Font.DemiBold
+            color: card.headerText
+        }
+        Text {
+            id: time
+
+            anchors { right: icon.visible ? icon.left : parent.right; rightMargin: icon.visible ? 5 : Theme.gap; verticalCenter: parent.verticalCenter }
+            text: card.age
+            font.pixelSize: Theme.textSize
+            color: Theme.withAlpha(card.headerText, 0.8)
+        }
+        Image {
+            id: icon
+
+            anchors { right: parent.right; rightMargin: 5; verticalCenter: parent.verticalCenter }
+            width: 18
+            height: 18
+            visible: card.iconSource !== ""
+            source: card.iconSource
+            sourceSize { width: 18; height: 18 }
+            asynchronous: true
+        }
+    }
+
+    // The footer
+    Text {
+        anchors { left: parent.left; leftMargin: Theme.gap; bottom: parent.bottom; right: signs.left }
+        height: Theme.cardFooterHeight
+        verticalAlignment: Text.AlignVCenter
+        text: card.footer
+        elide: Text.ElideRight
+        font.pixelSize: Theme.footerSize
+        color: Theme.secondaryText
+    }
+    Row {
+        id: signs
+
+        anchors { right: parent.right; rightMargin: Theme.gap; bottom: parent.bottom }
+        height: Theme.cardFooterHeight
+        spacing: Theme.gapSmall
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: card.expires
+            size: 12
+            name: "timer"
+            color: Theme.warning
+        }
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: card.pinned
+            size: 12
+            name: "pin.fill"
+            color: Theme.secondaryText
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: card.badge
+            font.pixelSize: Theme.footerSize
+            color: Theme.secondaryText
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.cardRadius
+        color: "transparent"
+        border { width: 1; color: Theme.hairline }
+    }
+
+    Symbol {
+        anchors { right: parent.right; rightMargin: 6; top: parent.top; topMargin: Theme.cardHeaderHeight + 6 }
+        visible: card.marked
+        size: 22
+        name: "checkmark.circle.fill"
+        color: Theme.accent
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: card.copied
+        sourceComponent: Rectangle {
+            radius: Theme.cardRadius
+            color: Theme.withAlpha(Theme.cardBody, 0.92)
+
+            Column {
+                anchors.centerIn: parent
+                spacing: Theme.gapSmall
+
+                Symbol {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    size: 28
+                    name: "checkmark.circle.fill"
+                    color: Theme.dark ? "#2FA84F" : "#26863F"
+                }
+                Text {
+                    text: "Copied!"
+                    font.pixelSize: Theme.titleSize
+                    font.weight: Font.DemiBold
+                    color: Theme.primaryText
+                }
+            }
+        }
+    }
+
+    TapHandler {
+        onSingleTapped: (point, button) => panel.cardClicked(card.index, point.modifiers)
+        onDoubleTapped: panel.cardDoubleClicked(card.index)
+    }
+
+    Component {
+        id: words
+
+        Item {
+            Text {
+                anchors { fill: parent; margins: Theme.gap; topMargin: 7; bottomMargin: 0 }
+                text: card.bodyText
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                elide: Text.ElideRight
+                maximumLineCount: Math.floor(height / 15)
+                lineHeightMode: Text.FixedHeight
+                lineHeight: 15
+                font.pixelSize: Theme.textSize
+                color: Theme.primaryText
+                horizontalAlignment: Text.AlignLeft
+            }
+        }
+    }
+    Component {
+        id: picture
+
+        Item {
+            clip: true
+
+            Symbol {
+                anchors.centerIn: parent
+                size: 28
+                name: "photo"
+                color: Theme.secondaryText
+                visible: image.status !== Image.Ready
+            }
+            Image {
+                id: image
+
+                anchors.fill: parent
+                source: card.imageSource
+                sourceSize { width: Theme.cardWidth; height: Theme.cardHeight - Theme.cardHeaderHeight - Theme.cardFooterHeight }
+                fillMode: Image.PreserveAspectCrop
+                asynchronous: true
+                Accessible.ignored: true
+            }
+        }
+    }
+    Component {
+        id: swatch
+
+        Rectangle {
+            color: card.swatchFill
+
+            Text {
+                anchors.centerIn: parent
+                text: card.bodyText
+                font.family: "Noto Sans Mono"
+                font.pixelSize: Theme.fieldSize
+                font.weight: Font.DemiBold
+                color: card.swatchText
+            }
+        }
+    }
+    Component {
+        id: emoji
+
+        Item {
+            Text {
+                id: character
+
+                anchors { horizontalCenter: parent.horizontalCenter; top: parent.top; topMargin: 14 }
+                text: card.bodyText
+                font.pixelSize: 64
+                height: 84
+                verticalAlignment: Text.AlignVCenter
+            }
+            Text {
+                anchors { left: parent.left; right: parent.right; margins: Theme.gap; bottom: parent.bottom; bottomMargin: 6 }
+                text: card.caption
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignHCenter
+                font.pixelSize: Theme.textSize
+                color: Theme.secondaryText
+            }
+        }
+    }
+    Component {
+        id: files
+
+        Item {
+            Symbol {
+                id: document
+
+                anchors { horizontalCenter: parent.horizontalCenter; top: parent.top; topMargin: 18 }
+                size: 40
+                name: card.body === "files" ? "doc.fill" : "questionmark.folder"
+                color: card.headerFill
+            }
+            Text {
+                anchors { left: parent.left; right: parent.right; top: document.bottom; margins: Theme.gap }
+                text: card.bodyText
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                elide: Text.ElideRight
+                maximumLineCount: 2
+                lineHeightMode: Text.FixedHeight
+                lineHeight: 15
+                horizontalAlignment: Text.AlignHCenter
+                font.pixelSize: Theme.textSize
+                color: Theme.primaryText
+            }
+            Text {
+                anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: Theme.gap; bottomMargin: 2 }
+                text: card.caption
+                textFormat: Text.PlainText
+                elide: Text.ElideMiddle
+                horizontalAlignment: Text.AlignHCenter
+                font.pixelSize: Theme.footerSize
+                color: Theme.secondaryText
+            }
+        }
+    }
+}

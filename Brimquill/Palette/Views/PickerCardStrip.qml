@@ -1,0 +1,82 @@
+import QtQuick
+import "qrc:/brimquill/Views"
+
+// The cards, side by side, or why there are none.
+Item {
+    id: root
+
+    function toStart() {
+        list.positionViewAtBeginning()
+    }
+
+    height: Theme.cardHeight + 8
+
+    ListView {
+        id: list
+
+        anchors.fill: parent
+        orientation: ListView.Horizontal
+        spacing: Theme.cardGap
+        leftMargin: Theme.panelPadding + 2
+        rightMargin: Theme.panelPadding + 2
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        cacheBuffer: 0
+        reuseItems: true
+        model: picker.cards
+        currentIndex: picker.selectedIndex
+        highlightFollowsCurrentItem: true
+        highlightMoveDuration: Theme.animated ? 150 : 0
+        highlightMoveVelocity: -1
+        highlight: Item {}
+        preferredHighlightBegin: Theme.panelPadding + 2
+        preferredHighlightEnd: width - Theme.panelPadding - 2
+        highlightRangeMode: ListView.ApplyRange
+        Accessible.role: Accessible.List
+        Accessible.name: count === 1 ? "1 clip" : count + " clips"
+        delegate: ClipCard {
+            y: 4
+            selected: ListView.isCurrentItem
+        }
+        WheelHandler {
+            // A vertical wheel moves along the strip.
+            acceptedDevices: PointerDevice.Mouse
+            onWheel: event => {
+                const reach = Math.max(0, list.contentWidth + list.rightMargin - list.width)
+                list.contentX = Math.max(-list.leftMargin, Math.min(reach, list.contentX - event.angleDelta.y))
+            }
+        }
+    }
+
+    Column {
+        anchors.centerIn: parent
+        width: Math.min(320, parent.width - 2 * Theme.panelPadding)
+        spacing: Theme.gapSmall
+        visible: list.count === 0
+
+        Symbol {
+            anchors.horizontalCenter: parent.horizontalCenter
+            size: 28
+            name: picker.emptySymbol
+            color: Theme.secondaryText
+        }
+        Text {
+            width: parent.width
+            text: picker.emptyTitle
+            textFormat: Text.PlainText
+            elide: Text.ElideMiddle
+            horizontalAlignment: Text.AlignHCenter
+            font.pixelSize: Theme.fieldSize
+            font.weight: Font.DemiBold
+            color: Theme.primaryText
+        }
+        Text {
+            width: parent.width
+            text: picker.emptySubtitle
+            elide: Text.ElideRight
+            horizontalAlignment: Text.AlignHCenter
+            font.pixelSize: Theme.textSize
+            color: Theme.secondaryText
+        }
+    }
+}

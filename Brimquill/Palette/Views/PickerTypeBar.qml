@@ -1,0 +1,57 @@
+import QtQuick
+import "qrc:/brimquill/Views"
+
+// One small button for each type of clip.
+Row {
+    spacing: Theme.gapSmall
+    height: 22
+
+    Repeater {
+        model: picker.types
+
+        Rectangle {
+            id: button
+
+            required property var modelData
+            required property int index
+
+            width: 26
+            height: 22
+            radius: 6
+            color: modelData.active ? Theme.withAlpha(Theme.accent, 0.18) : hover.hovered ? Theme.field : "transparent"
+            Accessible.role: Accessible.CheckBox
+            Accessible.name: modelData.label
+            Accessible.checked: modelData.active
+            Accessible.onPressAction: picker.typeClicked(index)
+
+            HoverHandler { id: hover }
+            TapHandler { onTapped: picker.typeClicked(button.index) }
+
+            Symbol {
+                anchors.centerIn: parent
+                size: 16
+                name: button.modelData.symbol
+                color: button.modelData.active ? Theme.accent : Theme.secondaryText
+            }
+            Rectangle {
+                anchors { left: parent.left; top: parent.bottom; topMargin: 2 }
+                z: 10
+                width: help.implicitWidth + 12
+                height: 18
+                radius: 5
+                visible: hover.hovered
+                color: Theme.dark ? "#3A3B40" : "#FFFFFF"
+                border.color: Theme.hairline
+
+                Text {
+                    id: help
+
+                    anchors.centerIn: parent
+                    text: button.modelData.label
+                    font.pixelSize: Theme.footerSize
+                    color: Theme.primaryText
+                }
+            }
+        }
+    }
+}

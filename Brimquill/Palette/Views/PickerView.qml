@@ -1,0 +1,82 @@
+import QtQuick
+import "qrc:/brimquill/Views"
+
+// The palette: bar, types, cards, hints, and what lies over them.
+Item {
+    id: root
+
+    PanelSurface {
+        id: surface
+
+        anchors.fill: parent
+
+        PickerTopBar {
+            id: topBar
+
+            anchors { left: parent.left; right: parent.right; top: parent.top; margins: Theme.panelPadding; topMargin: 4 }
+        }
+        PickerTypeBar {
+            id: typeBar
+
+            anchors { left: parent.left; leftMargin: Theme.panelPadding; top: topBar.bottom; topMargin: 2 }
+        }
+        PickerCardStrip {
+            id: strip
+
+            anchors { left: parent.left; right: parent.right; top: typeBar.bottom; topMargin: 4 }
+        }
+        PickerHintBar {
+            anchors {
+                left: parent.left
+                right: parent.right
+                bottom: parent.bottom
+                leftMargin: Theme.panelPadding
+                rightMargin: Theme.panelPadding
+                bottomMargin: 3
+            }
+        }
+        Loader {
+            anchors.fill: parent
+            active: picker.previewOpen
+            sourceComponent: PreviewOverlay {}
+        }
+        Loader {
+            anchors.fill: parent
+            active: picker.cheatSheetOpen
+            sourceComponent: CheatSheetOverlay {}
+            onLoaded: item.forceActiveFocus()
+        }
+    }
+
+    // It comes up by a few points; it goes at once.
+    ParallelAnimation {
+        id: appearance_
+
+        NumberAnimation { target: surface; property: "opacity"; from: 0; to: 1; duration: 120; easing.type: Easing.OutQuad }
+        NumberAnimation {
+            target: surface
+            property: "anchors.topMargin"
+            from: 8
+            to: 0
+            duration: 120
+            easing.type: Easing.OutQuad
+        }
+    }
+
+    Connections {
+        target: panel
+        function onAppearing() {
+            strip.toStart()
+            topBar.takeFocus()
+            if (Theme.animated)
+                appearance_.restart()
+        }
+    }
+    Connections {
+        target: picker
+        function onOverlaysChanged() {
+            if (!picker.cheatSheetOpen)
+                topBar.takeFocus()
+        }
+    }
+}

@@ -1,0 +1,93 @@
+import QtQuick
+import "qrc:/brimquill/Views"
+
+// The focused clip, large.
+Rectangle {
+    id: root
+
+    color: Qt.rgba(0, 0, 0, 0.45)
+    radius: Theme.translucent ? Theme.panelRadius : 0
+    Accessible.role: Accessible.Dialog
+    Accessible.name: picker.preview.title ?? ""
+
+    TapHandler { onTapped: picker.previewOpen = false }
+
+    Rectangle {
+        anchors.centerIn: parent
+        width: Math.min(700, root.width - 48)
+        height: root.height - 24
+        radius: 20
+        color: Theme.cardBody
+
+        TapHandler {}
+
+        Rectangle {
+            id: badge
+
+            anchors { left: parent.left; top: parent.top; leftMargin: 24; topMargin: 16 }
+            width: title.implicitWidth + 16
+            height: 22
+            radius: 11
+            color: picker.preview.fill ?? "transparent"
+
+            Text {
+                id: title
+
+                anchors.centerIn: parent
+                text: picker.preview.title ?? ""
+                textFormat: Text.PlainText
+                font.pixelSize: Theme.titleSize
+                font.weight: Font.DemiBold
+                color: picker.preview.onFill ?? "white"
+            }
+        }
+        Text {
+            anchors { right: parent.right; rightMargin: 24; verticalCenter: badge.verticalCenter }
+            text: picker.preview.footer ?? ""
+            font.pixelSize: Theme.footerSize
+            color: Theme.secondaryText
+        }
+        Image {
+            id: image
+
+            anchors { left: parent.left; top: badge.bottom; bottom: parent.bottom; margins: 24; topMargin: 10; bottomMargin: 16 }
+            width: visible ? (words.visible ? parent.width * 0.5 : parent.width - 48) : 0
+            visible: (picker.preview.image ?? "") !== ""
+            source: picker.preview.image ?? ""
+            sourceSize { width: 640; height: 400 }
+            fillMode: Image.PreserveAspectFit
+            horizontalAlignment: words.visible ? Image.AlignLeft : Image.AlignHCenter
+            asynchronous: true
+        }
+        Flickable {
+            id: words
+
+            anchors {
+                left: image.visible ? image.right : parent.left
+                right: parent.right
+                top: badge.bottom
+                bottom: parent.bottom
+                margins: 24
+                topMargin: 10
+                bottomMargin: 16
+            }
+            visible: (picker.preview.text ?? "") !== ""
+            clip: true
+            contentHeight: text.height
+            boundsBehavior: Flickable.StopAtBounds
+
+            Text {
+                id: text
+
+                width: words.width
+                text: picker.preview.text ?? ""
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                font.pixelSize: Theme.fieldSize
+                lineHeight: Theme.lineHeight
+                color: Theme.primaryText
+                horizontalAlignment: Text.AlignLeft
+            }
+        }
+    }
+}
