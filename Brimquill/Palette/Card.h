@@ -35,8 +35,13 @@ struct Card {
 /// How far into a clip's text a card looks: more never fits on one.
 inline constexpr std::size_t cardTextLimit = 600;
 
-/// `fileExists` is asked for the files of a file clip.
-Card makeCard(const ClipItem& item, CardStyle& style, Date now,
-              const std::function<bool(const std::string&)>& fileExists);
+/// What a card needs to know of files. Both are asked on the main thread and must answer at once.
+struct CardFiles {
+    std::function<bool(const std::string& path)> exists;
+    /// "640 × 480" in pixels; empty when the file is no picture.
+    std::function<std::string(const std::string& path)> pictureSize;
+};
+
+Card makeCard(const ClipItem& item, CardStyle& style, Date now, const CardFiles& files);
 
 }  // namespace brimquill

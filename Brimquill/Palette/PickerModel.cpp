@@ -144,8 +144,9 @@ void PickerModel::setItems(std::vector<ClipItem> items) {
     const auto now = runLoop_.now();
     std::vector<Card> cards;
     cards.reserve(items_.size());
+    const CardFiles files{fileExists, [this](const std::string& path) { return pictureSizes_.describe(path); }};
     for (const auto& item : items_)
-        cards.push_back(makeCard(item, style_, now, fileExists));
+        cards.push_back(makeCard(item, style_, now, files));
     cards_.setCards(std::move(cards));
     selection_.clear();
     setFocus(0);
