@@ -1,9 +1,11 @@
 #include "Brimquill/Palette/PickerPanelController.h"
 
+#include "Brimquill/Palette/Thumbnails.h"
 #include "Brimquill/Surfaces/TourEvents.h"
 #include "BrimquillCore/Foundation/Log.h"
 
-#include <QWindow>
+#include <QQmlEngine>
+#include <QQuickView>
 
 namespace brimquill {
 namespace {
@@ -38,9 +40,24 @@ void PickerPanelController::toggle() {
 }
 
 void PickerPanelController::prepare() {
-    if (window_) return;
-    window_ = environment_.makeWindow(*this);
-    panel_ = environment_.services.panels().makePanel(*window_, platform::PanelRole::keyable);
+    if (panel_) return;
+    addImageProviders();
+    panel_ = std::make_unique<PanelView>(
+        environment_.views, platform::PanelRole::keyable,
+        QUrl(QStringLiteral("qrc:/brimquill/Palette/Views/PickerView.qml")),
+        QVariantMap{{QStringLiteral("picker"), QVariant::fromValue(&environment_.model)},
+                    {QStringLiteral("panel"), QVariant::fromValue(this)},
+                    {QStringLiteral("cheatSheet"), QVariant::fromValue(&cheatSheet_)},
+                    {QStringLiteral("settings"), QVariant::fromValue(&environment_.settings)}});
+    panel_->window().setTitle(QStringLiteral("Brimquill Palette"));
+}
+
+/// The engine owns its providers from then on.
+void PickerPanelController::addImageProviders() {
+    auto& engine = environment_.views.engine();
+    if (engine.imageProvider(QStringLiteral("thumbnails")) != nullptr) return;
+    engine.addImageProvider(QStringLiteral("thumbnails"), new Thumbnails);
+    engine.addImageProvider(QStringLiteral("icons"), new SourceIcons(environment_.services.workspace()));
 }
 
 void PickerPanelController::show() {

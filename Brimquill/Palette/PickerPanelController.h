@@ -1,16 +1,15 @@
 #pragma once
 
+#include "Brimquill/Palette/CheatSheet.h"
 #include "Brimquill/Palette/PickerActions.h"
 #include "Brimquill/Palette/PickerKeyMap.h"
 #include "Brimquill/Palette/PickerModel.h"
+#include "Brimquill/Views/PanelView.h"
 #include "Platform/Services.h"
 
 #include <QObject>
 
-#include <functional>
 #include <memory>
-
-class QWindow;
 
 namespace brimquill {
 
@@ -26,9 +25,9 @@ public:
         PickerModel& model;
         PickerActions& actions;
         platform::Services& services;
+        AppSettings& settings;
+        ViewHost& views;
         NotificationCenter& center;
-        /// Makes the window with the palette's view, hidden.
-        std::function<std::unique_ptr<QWindow>(PickerPanelController&)> makeWindow;
     };
 
     explicit PickerPanelController(Environment environment);
@@ -58,11 +57,12 @@ private:
     void perform(const PickerAction& action);
     void performSimple(picker_action::Simple action);
     void backOut();
+    void addImageProviders();
     platform::Rect frame() const;
 
     Environment environment_;
-    std::unique_ptr<QWindow> window_;
-    std::unique_ptr<platform::Panel> panel_;
+    CheatSheet cheatSheet_;
+    std::unique_ptr<PanelView> panel_;
     platform::Token keyMonitor_, outsideClickMonitor_;
     bool isVisible_ = false;
 };

@@ -17,6 +17,14 @@ QtObject {
     readonly property color secondaryText: dark ? "#A6A9B2" : "#63666E"
     readonly property color accentFill: appearance.accentFill
     readonly property color accentInk: appearance.accentInk
+    readonly property color fieldHovered: dark ? Qt.rgba(1, 1, 1, 0.15) : Qt.rgba(0, 0, 0, 0.10)
+    readonly property color warning: dark ? "#E6720C" : "#BA5C0A"
+    readonly property color success: dark ? "#2FA84F" : "#26863F"
+    readonly property color dim: Qt.rgba(0, 0, 0, 0.45)
+
+    function withAlpha(base: color, alpha: real): color {
+        return Qt.rgba(base.r, base.g, base.b, alpha)
+    }
 
     // Type, in pixels at scale 1
     readonly property int fieldSize: 13
@@ -37,6 +45,14 @@ QtObject {
     readonly property int cardRadius: 12
     readonly property int menuRadius: 10
     readonly property int fieldRadius: 8
+
+    // The strip
+    readonly property int barHeight: 36
+    readonly property int hintHeight: 20
+    readonly property int cardWidth: 178
+    readonly property int cardHeight: 186
+    readonly property int cardHeaderHeight: 28
+    readonly property int cardFooterHeight: 20
 
     // Depth: how far a panel's shadow reaches where windows may be translucent
     readonly property int shadowWidth: 24

@@ -7,8 +7,8 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        color: Qt.rgba(0, 0, 0, 0.45)
-        radius: Theme.translucent ? Theme.panelRadius : 0
+        color: Theme.dim
+        radius: Theme.panelRadius
 
         TapHandler { onTapped: picker.cheatSheetOpen = false }
     }
@@ -81,13 +81,13 @@ FocusScope {
                     anchors.verticalCenter: parent.verticalCenter
                     width: 96
                     text: parent.modelData.chord
-                    font.pixelSize: Theme.textSize
+                    font.pixelSize: Theme.bodySize
                     color: Theme.secondaryText
                 }
                 Text {
                     anchors.verticalCenter: parent.verticalCenter
                     text: parent.modelData.text
-                    font.pixelSize: Theme.textSize
+                    font.pixelSize: Theme.bodySize
                     color: Theme.primaryText
                 }
             }

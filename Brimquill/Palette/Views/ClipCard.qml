@@ -29,20 +29,20 @@ Item {
 
     width: Theme.cardWidth
     height: Theme.cardHeight
-    scale: arrived && Theme.animated ? 1.02 : 1
+    scale: arrived && !Theme.reduceMotion ? 1.02 : 1
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleName
     Accessible.selected: selected
     Accessible.onPressAction: panel.cardClicked(index, 0)
 
-    Behavior on scale { enabled: Theme.animated; NumberAnimation { duration: 200; easing.type: Easing.OutQuad } }
+    Behavior on scale { enabled: !Theme.reduceMotion; NumberAnimation { duration: 200; easing.type: Easing.OutQuad } }
 
     // The ring lies outside, so that nothing shifts when the choice moves.
     Rectangle {
         anchors { fill: parent; margins: -3 }
         radius: Theme.cardRadius + 3
         color: "transparent"
-        border { width: 2; color: Theme.accent }
+        border { width: 2; color: Theme.accentInk }
         visible: card.selected || card.marked
     }
 
@@ -80,7 +80,7 @@ Item {
             color: card.headerFill
         }
         Text {
-            anchors { left: parent.left; leftMargin: Theme.gap; right: time.left; rightMargin: Theme.gapSmall; verticalCenter: parent.verticalCenter }
+            anchors { left: parent.left; leftMargin: Theme.gap; right: time.left; rightMargin: Theme.smallGap; verticalCenter: parent.verticalCenter }
             text: card.title
             textFormat: Text.PlainText
             elide: Text.ElideRight
@@ -94,7 +94,7 @@ Item {
 
             anchors { right: icon.visible ? icon.left : parent.right; rightMargin: icon.visible ? 5 : Theme.gap; verticalCenter: parent.verticalCenter }
             text: card.age
-            font.pixelSize: Theme.textSize
+            font.pixelSize: Theme.bodySize
             color: Theme.withAlpha(card.headerText, 0.8)
         }
         Image {
@@ -117,7 +117,7 @@ Item {
         verticalAlignment: Text.AlignVCenter
         text: card.footer
         elide: Text.ElideRight
-        font.pixelSize: Theme.footerSize
+        font.pixelSize: Theme.hintSize
         color: Theme.secondaryText
     }
     Row {
@@ -125,7 +125,7 @@ Item {
 
         anchors { right: parent.right; rightMargin: Theme.gap; bottom: parent.bottom }
         height: Theme.cardFooterHeight
-        spacing: Theme.gapSmall
+        spacing: Theme.smallGap
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
@@ -144,7 +144,7 @@ Item {
         Text {
             anchors.verticalCenter: parent.verticalCenter
             text: card.badge
-            font.pixelSize: Theme.footerSize
+            font.pixelSize: Theme.hintSize
             color: Theme.secondaryText
         }
     }
@@ -161,7 +161,7 @@ Item {
         visible: card.marked
         size: 22
         name: "checkmark.circle.fill"
-        color: Theme.accent
+        color: Theme.accentInk
     }
 
     Loader {
@@ -173,13 +173,13 @@ Item {
 
             Column {
                 anchors.centerIn: parent
-                spacing: Theme.gapSmall
+                spacing: Theme.smallGap
 
                 Symbol {
                     anchors.horizontalCenter: parent.horizontalCenter
                     size: 28
                     name: "checkmark.circle.fill"
-                    color: Theme.dark ? "#2FA84F" : "#26863F"
+                    color: Theme.success
                 }
                 Text {
                     text: "Copied!"
@@ -209,7 +209,7 @@ Item {
                 maximumLineCount: Math.floor(height / 15)
                 lineHeightMode: Text.FixedHeight
                 lineHeight: 15
-                font.pixelSize: Theme.textSize
+                font.pixelSize: Theme.bodySize
                 color: Theme.primaryText
                 horizontalAlignment: Text.AlignLeft
             }
@@ -274,7 +274,7 @@ Item {
                 text: card.caption
                 elide: Text.ElideRight
                 horizontalAlignment: Text.AlignHCenter
-                font.pixelSize: Theme.textSize
+                font.pixelSize: Theme.bodySize
                 color: Theme.secondaryText
             }
         }
@@ -301,7 +301,7 @@ Item {
                 lineHeightMode: Text.FixedHeight
                 lineHeight: 15
                 horizontalAlignment: Text.AlignHCenter
-                font.pixelSize: Theme.textSize
+                font.pixelSize: Theme.bodySize
                 color: Theme.primaryText
             }
             Text {
@@ -310,7 +310,7 @@ Item {
                 textFormat: Text.PlainText
                 elide: Text.ElideMiddle
                 horizontalAlignment: Text.AlignHCenter
-                font.pixelSize: Theme.footerSize
+                font.pixelSize: Theme.hintSize
                 color: Theme.secondaryText
             }
         }

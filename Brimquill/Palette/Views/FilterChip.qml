@@ -25,7 +25,7 @@ Rectangle {
         id: content
 
         anchors.centerIn: parent
-        spacing: Theme.gapSmall
+        spacing: Theme.smallGap
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter

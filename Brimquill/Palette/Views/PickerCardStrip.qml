@@ -26,7 +26,7 @@ Item {
         model: picker.cards
         currentIndex: picker.selectedIndex
         highlightFollowsCurrentItem: true
-        highlightMoveDuration: Theme.animated ? 150 : 0
+        highlightMoveDuration: !Theme.reduceMotion ? 150 : 0
         highlightMoveVelocity: -1
         highlight: Item {}
         preferredHighlightBegin: Theme.panelPadding + 2
@@ -51,7 +51,7 @@ Item {
     Column {
         anchors.centerIn: parent
         width: Math.min(320, parent.width - 2 * Theme.panelPadding)
-        spacing: Theme.gapSmall
+        spacing: Theme.smallGap
         visible: list.count === 0
 
         Symbol {
@@ -75,7 +75,7 @@ Item {
             text: picker.emptySubtitle
             elide: Text.ElideRight
             horizontalAlignment: Text.AlignHCenter
-            font.pixelSize: Theme.textSize
+            font.pixelSize: Theme.bodySize
             color: Theme.secondaryText
         }
     }

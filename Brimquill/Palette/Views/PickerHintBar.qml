@@ -9,7 +9,7 @@ Item {
         id: pause
 
         anchors { right: parent.right; verticalCenter: parent.verticalCenter }
-        spacing: Theme.gapSmall
+        spacing: Theme.smallGap
         visible: settings.capturePaused
 
         Symbol {
@@ -21,7 +21,7 @@ Item {
         Text {
             anchors.verticalCenter: parent.verticalCenter
             text: "capture paused"
-            font.pixelSize: Theme.footerSize
+            font.pixelSize: Theme.hintSize
             color: Theme.warning
         }
     }
@@ -42,7 +42,7 @@ Item {
                     required property string modelData
 
                     text: modelData
-                    font.pixelSize: Theme.footerSize
+                    font.pixelSize: Theme.hintSize
                     color: Theme.secondaryText
                     opacity: x + width <= hints.parent.width ? 1 : 0
                 }

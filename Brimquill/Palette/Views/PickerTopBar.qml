@@ -44,7 +44,7 @@ Item {
             onTextEdited: picker.searchText = text
             cursorDelegate: Rectangle {
                 width: 2
-                color: Theme.accent
+                color: Theme.accentInk
                 visible: query.cursorVisible
             }
         }

@@ -3,7 +3,7 @@ import "qrc:/brimquill/Views"
 
 // One small button for each type of clip.
 Row {
-    spacing: Theme.gapSmall
+    spacing: Theme.smallGap
     height: 22
 
     Repeater {
@@ -18,7 +18,7 @@ Row {
             width: 26
             height: 22
             radius: 6
-            color: modelData.active ? Theme.withAlpha(Theme.accent, 0.18) : hover.hovered ? Theme.field : "transparent"
+            color: modelData.active ? Theme.withAlpha(Theme.accentInk, 0.18) : hover.hovered ? Theme.field : "transparent"
             Accessible.role: Accessible.CheckBox
             Accessible.name: modelData.label
             Accessible.checked: modelData.active
@@ -31,7 +31,7 @@ Row {
                 anchors.centerIn: parent
                 size: 16
                 name: button.modelData.symbol
-                color: button.modelData.active ? Theme.accent : Theme.secondaryText
+                color: button.modelData.active ? Theme.accentInk : Theme.secondaryText
             }
             Rectangle {
                 anchors { left: parent.left; top: parent.bottom; topMargin: 2 }
@@ -48,7 +48,7 @@ Row {
 
                     anchors.centerIn: parent
                     text: button.modelData.label
-                    font.pixelSize: Theme.footerSize
+                    font.pixelSize: Theme.hintSize
                     color: Theme.primaryText
                 }
             }

@@ -2,13 +2,19 @@ import QtQuick
 import "qrc:/brimquill/Views"
 
 // The palette: bar, types, cards, hints, and what lies over them.
-Item {
+PanelSurface {
     id: root
 
-    PanelSurface {
-        id: surface
+    required property var picker
+    required property var panel
+    required property var cheatSheet
+    required property var settings
 
-        anchors.fill: parent
+    Item {
+        id: content
+
+        width: parent.width
+        height: parent.height
 
         PickerTopBar {
             id: topBar
@@ -50,12 +56,12 @@ Item {
 
     // It comes up by a few points; it goes at once.
     ParallelAnimation {
-        id: appearance_
+        id: arrival
 
-        NumberAnimation { target: surface; property: "opacity"; from: 0; to: 1; duration: 120; easing.type: Easing.OutQuad }
+        NumberAnimation { target: content; property: "opacity"; from: 0; to: 1; duration: 120; easing.type: Easing.OutQuad }
         NumberAnimation {
-            target: surface
-            property: "anchors.topMargin"
+            target: content
+            property: "y"
             from: 8
             to: 0
             duration: 120
@@ -64,16 +70,16 @@ Item {
     }
 
     Connections {
-        target: panel
+        target: root.panel
         function onAppearing() {
             strip.toStart()
             topBar.takeFocus()
-            if (Theme.animated)
-                appearance_.restart()
+            if (!Theme.reduceMotion)
+                arrival.restart()
         }
     }
     Connections {
-        target: picker
+        target: root.picker
         function onOverlaysChanged() {
             if (!picker.cheatSheetOpen)
                 topBar.takeFocus()

@@ -5,8 +5,8 @@ import "qrc:/brimquill/Views"
 Rectangle {
     id: root
 
-    color: Qt.rgba(0, 0, 0, 0.45)
-    radius: Theme.translucent ? Theme.panelRadius : 0
+    color: Theme.dim
+    radius: Theme.panelRadius
     Accessible.role: Accessible.Dialog
     Accessible.name: picker.preview.title ?? ""
 
@@ -44,7 +44,7 @@ Rectangle {
         Text {
             anchors { right: parent.right; rightMargin: 24; verticalCenter: badge.verticalCenter }
             text: picker.preview.footer ?? ""
-            font.pixelSize: Theme.footerSize
+            font.pixelSize: Theme.hintSize
             color: Theme.secondaryText
         }
         Image {
