@@ -6,7 +6,9 @@
 
 namespace brimquill::platform {
 
-/// Keys pressed in the user's place. They go to the program that has the keyboard. Main thread, except `type`.
+/// Keys pressed in the user's place. They go to the program that has the keyboard. Modifiers that the user still holds
+/// are waited for briefly, then let go. `post` on the main thread never waits: the key may follow a moment later, in
+/// order; from another thread it blocks until the key is pressed.
 class SyntheticKeys {
 public:
     virtual ~SyntheticKeys() = default;

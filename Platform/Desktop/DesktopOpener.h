@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Platform/Workspace.h"
+
+#include <optional>
+#include <string>
+
+namespace brimquill::platform {
+
+/// Starts the desktop's opener with a URL, as a process that is nobody's child, so that none is left behind.
+bool openWithDesktop(const std::string& url);
+
+/// This program, as `Workspace` describes it.
+RunningApplication thisApplication();
+
+/// An icon by its theme name or its file; nothing when there is none.
+std::optional<Image> desktopIcon(const std::string& nameOrPath, int size);
+
+}  // namespace brimquill::platform

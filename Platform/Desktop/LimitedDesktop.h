@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Platform/Desktop/DesktopAppearance.h"
+#include "Platform/Desktop/DesktopInstance.h"
+#include "Platform/Desktop/DesktopOpenPanel.h"
+#include "Platform/Desktop/DesktopRunLoop.h"
+#include "Platform/Desktop/LocalMonitors.h"
+#include "Platform/Headless/HeadlessPasteboard.h"
+#include "Platform/Services.h"
+
+#include <string>
+
+namespace brimquill::platform {
+
+/// A desktop of which only the toolkit is known: windows, files and time work; there are no global keys, no keys
+/// pressed for the user, no knowledge of other programs, and the clipboard is the program's own.
+class LimitedDesktop final : public Services {
+public:
+    LimitedDesktop(std::unique_ptr<UserDefaults> defaults, const std::string& dataDirectory);
+    ~LimitedDesktop() override;
+
+    RunLoop& runLoop() override { return runLoop_; }
+    Pasteboard& pasteboard() override { return pasteboard_; }
+    Workspace& workspace() override;
+    EventMonitors& eventMonitors() override;
+    HotKeys& hotKeys() override;
+    SyntheticKeys& syntheticKeys() override;
+    Accessibility& accessibility() override;
+    Screens& screens() override;
+    Panels& panels() override;
+    UserDefaults& defaults() override { return *defaults_; }
+    SystemAppearance& appearance() override { return appearance_; }
+    OpenPanel& openPanel() override { return openPanel_; }
+    Instance& instance() override { return instance_; }
+
+private:
+    struct Refusals;
+    DesktopRunLoop runLoop_;
+    HeadlessPasteboard pasteboard_{runLoop_};
+    std::unique_ptr<UserDefaults> defaults_;
+    DesktopAppearance appearance_;
+    DesktopOpenPanel openPanel_;
+    DesktopInstance instance_;
+    std::unique_ptr<Refusals> refusals_;
+};
+
+}  // namespace brimquill::platform
