@@ -1,0 +1,205 @@
+#include "Platform/Desktop/JsonUserDefaults.h"
+#include "Platform/Factory.h"
+#include "Platform/Headless/World.h"
+#include "tests/platform/Desktop.h"
+
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+
+namespace brimquill::platform {
+namespace {
+
+/// The same demands on the desktop in memory and on the real one.
+class ServicesTest : public testing::TestWithParam<bool> {
+protected:
+    ServicesTest() {
+        if (GetParam()) {
+            services_ = createServices();
+        } else {
+            auto world = std::make_unique<World>();
+            world_ = world.get();
+            services_ = std::move(world);
+        }
+    }
+    bool until(const std::function<bool()>& condition) {
+        if (world_ == nullptr) return eventually(condition);
+        for (int step = 0; step < 1000 && !condition(); ++step)
+            world_->advance(0.01);
+        return condition();
+    }
+    void pressHotKey() {
+        if (world_ != nullptr) {
+            world_->hotKeys().fire(key::v, {true, true, false, false});
+        } else {
+            ASSERT_EQ(runCommand("xdotool key super+shift+v"), 0);
+        }
+    }
+
+    World* world_ = nullptr;
+    std::unique_ptr<Services> services_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Backends, ServicesTest, testing::Bool(),
+                         [](const auto& backend) { return backend.param ? "X11" : "Headless"; });
+
+TEST_P(ServicesTest, MainQueueKeepsOrderAndTimersEndWithTheirTokens) {
+    RunLoop& loop = services_->runLoop();
+    std::string order;
+    Token dropped = loop.after(0.01, [&] { order += 'x'; });
+    Token last = loop.after(0.05, [&] { order += 'd'; });
+    loop.async([&] { order += 'a'; });
+    loop.async([&] {
+        order += 'b';
+        dropped.reset();
+    });
+    loop.asyncAfter(0, [&] { order += 'c'; });
+    EXPECT_TRUE(until([&] { return order.size() == 4; }));
+    EXPECT_EQ(order, "abcd");
+    int count = 0;
+    Token repeating = loop.every(0.001, [&] {
+        if (++count == 3) repeating.reset();
+    });
+    EXPECT_TRUE(until([&] { return repeating == nullptr; }));
+    bool later = false;
+    loop.asyncAfter(0.02, [&] { later = true; });
+    EXPECT_TRUE(until([&] { return later; }));
+    EXPECT_EQ(count, 3);
+}
+
+TEST_P(ServicesTest, QueuesRunInOrderAndComeBackToTheMainQueue) {
+    RunLoop& loop = services_->runLoop();
+    auto queue = loop.serialQueue("com.brimquill.test");
+    std::string order;
+    bool finished = false;
+    queue->async([&] {
+        order += 'a';
+        queue->wait(0.02);
+        order += 'b';
+    });
+    queue->async([&] {
+        order += 'c';
+        loop.async([&] { finished = true; });
+    });
+    EXPECT_TRUE(until([&] { return finished; }));
+    EXPECT_EQ(order, "abc");
+    std::atomic<int> ran = 0;
+    loop.global(QualityOfService::utility, [&] { ++ran; });
+    loop.global(QualityOfService::userInitiated, [&] { ++ran; });
+    EXPECT_TRUE(until([&] { return ran == 2; }));
+    // A queue that goes waits for the piece that runs, cuts its wait short and drops the rest.
+    std::atomic<bool> started = false, ended = false, dropped = true;
+    queue->async([&] {
+        started = true;
+        queue->wait(1e6);
+        ended = true;
+    });
+    queue->async([&] { dropped = false; });
+    EXPECT_TRUE(until([&] { return started.load(); }));
+    queue.reset();
+    EXPECT_TRUE(ended);
+    EXPECT_TRUE(dropped);
+}
+
+TEST_P(ServicesTest, HotKeyFiresWhileItIsHeldAndIsFreeAfterwards) {
+    constexpr Modifiers combination{true, true, false, false};
+    int fired = 0;
+    auto first = services_->hotKeys().registerHotKey(key::v, combination, [&] { ++fired; });
+    ASSERT_EQ(first.status, HotKeys::noError);
+    EXPECT_EQ(services_->hotKeys().registerHotKey(key::v, combination, [] {}).status, HotKeys::alreadyTaken);
+    EXPECT_EQ(services_->hotKeys().registerHotKey(key::other, combination, [] {}).status, HotKeys::unavailable);
+    for (int press = 1; press <= 2; ++press) {
+        pressHotKey();
+        EXPECT_TRUE(until([&] { return fired == press; }));
+    }
+    first.token.reset();
+    EXPECT_EQ(services_->hotKeys().registerHotKey(key::v, combination, [] {}).status, HotKeys::noError);
+}
+
+TEST_P(ServicesTest, PanelsHandTheKeyboardToEachOtherAndBack) {
+    QWindow below, above;
+    auto palette = services_->panels().makePanel(below, PanelRole::keyable);
+    auto tags = services_->panels().makePanel(above, PanelRole::keyable);
+    ASSERT_TRUE(palette->show({100, 100, 300, 200}));
+    EXPECT_TRUE(until([&] { return palette->isKey(); }));
+    ASSERT_TRUE(tags->show({150, 150, 200, 100}));
+    EXPECT_TRUE(until([&] { return tags->isKey() && !palette->isKey(); }));
+    tags->close();
+    EXPECT_TRUE(until([&] { return palette->isKey() && palette->isVisible() && !tags->isVisible(); }));
+    palette->close();
+    palette->close();
+    EXPECT_FALSE(palette->isKey());
+    EXPECT_FALSE(palette->isVisible());
+}
+
+TEST_P(ServicesTest, MonitorsTellOurKeysFromThoseOfOthers) {
+    int global = 0, local = 0;
+    std::string typed;
+    Token seen = services_->eventMonitors().addGlobalMonitor(EventMask::keyDown, [&](const Event& event) {
+        ++global;
+        typed += event.characters;
+    });
+    Token own = services_->eventMonitors().addLocalMonitor(EventMask::keyDown, [&](const Event& event) {
+        ++local;
+        return event.keyCode == key::f && event.modifiers.command;
+    });
+    ASSERT_NE(seen, nullptr);
+    if (world_ != nullptr) {
+        world_->globalKey(key::b, {false, true, false, false}, "B");
+    } else {
+        ASSERT_EQ(runCommand("xdotool key B"), 0);
+    }
+    EXPECT_TRUE(until([&] { return global == 1; }));
+    EXPECT_EQ(typed, "B");
+    QWindow window;
+    auto panel = services_->panels().makePanel(window, PanelRole::keyable);
+    panel->show({100, 100, 300, 200});
+    ASSERT_TRUE(until([&] { return panel->isKey(); }));
+    if (world_ != nullptr) {
+        EXPECT_EQ(world_->press(key::f, {true, false, false, false}, "f"), Delivery::swallowed);
+    } else {
+        ASSERT_EQ(runCommand("xdotool key ctrl+f"), 0);
+    }
+    EXPECT_TRUE(until([&] { return local == 1; }));
+    EXPECT_EQ(global, 1);
+}
+
+TEST_P(ServicesTest, AccessIsGrantedAndTheScreenIsKnown) {
+    EXPECT_TRUE(services_->accessibility().isProcessTrusted());
+    const auto screen = services_->screens().main();
+    ASSERT_TRUE(screen);
+    EXPECT_GT(screen->visibleFrame.width, 0);
+    EXPECT_LE(screen->visibleFrame.height, screen->frame.height);
+    EXPECT_FALSE(services_->workspace().open("javascript:alert(1)"));
+}
+
+TEST(UserDefaults, KeepTypesAndSetDamagedFilesAside) {
+    const auto directory = userDefaultsDirectory();
+    {
+        JsonUserDefaults defaults(directory, "suite");
+        defaults.set("boolean", true);
+        defaults.set("integer", std::int64_t{1});
+        defaults.set("strings", std::vector<std::string>{"a", "\xff"});
+        JsonUserDefaults other(directory, "suite");
+        other.set("other", std::string("kept"));
+        defaults.set("double", 1.0);
+    }
+    JsonUserDefaults defaults(directory, "suite");
+    EXPECT_EQ(defaults.boolean("boolean"), true);
+    EXPECT_EQ(defaults.integer("boolean"), std::nullopt);
+    EXPECT_EQ(defaults.integer("integer"), 1);
+    EXPECT_EQ(defaults.integer("double"), std::nullopt);
+    EXPECT_EQ(defaults.string("other"), "kept");
+    EXPECT_EQ(std::filesystem::status(directory / "suite.json").permissions(), std::filesystem::perms(0600));
+    std::ofstream(directory / "suite.json") << "{\"boolean\": tr";
+    JsonUserDefaults fresh(directory, "suite");
+    EXPECT_EQ(fresh.boolean("boolean"), std::nullopt);
+    EXPECT_TRUE(std::filesystem::exists(directory / "suite.damaged-1.json"));
+}
+
+}  // namespace
+}  // namespace brimquill::platform

@@ -1,0 +1,77 @@
+#include "tests/platform/Desktop.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+namespace brimquill::platform {
+
+bool eventually(const std::function<bool()>& condition) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.elapsed() > 20'000) return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 10);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QThread::yieldCurrentThread();
+        QThread::msleep(1);
+    }
+    return true;
+}
+
+int runCommand(const std::string& command) {
+    return QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-c"), QString::fromStdString(command)});
+}
+
+}  // namespace brimquill::platform
+
+namespace {
+
+/// A display of the tests' own, on the first free number, with a window manager that is ready.
+class TestDisplay final {
+public:
+    bool start() {
+        server_.setProcessChannelMode(QProcess::SeparateChannels);
+        server_.start(QStringLiteral("Xvfb"),
+                      {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                       QStringLiteral("0"), QStringLiteral("1280x800x24"), QStringLiteral("-nolisten"),
+                       QStringLiteral("tcp"), QStringLiteral("-noreset")});
+        while (!server_.canReadLine()) {
+            if (!server_.waitForReadyRead(30'000)) return false;
+        }
+        qputenv("DISPLAY", ":" + server_.readLine().trimmed());
+        manager_.setStandardErrorFile(QProcess::nullDevice());
+        manager_.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
+        return manager_.waitForStarted(30'000);
+    }
+    ~TestDisplay() {
+        for (QProcess* process : {&manager_, &server_}) {
+            process->terminate();
+            process->waitForFinished(10'000);
+        }
+    }
+
+private:
+    QProcess server_, manager_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
+    qputenv("XDG_RUNTIME_DIR", home.path().toLocal8Bit());
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    testing::InitGoogleTest(&argc, argv);
+    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
+    TestDisplay display;
+    if (!display.start()) return 2;
+    QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
