@@ -363,7 +363,7 @@ private:
     }
 
     int finish() const {
-        std::fwrite(value_.data(), 1, value_.size(), stdout);
+        if (!value_.empty()) std::fwrite(value_.data(), 1, value_.size(), stdout);
         return 0;
     }
 
