@@ -3,6 +3,7 @@
 #include "Platform/Headless/World.h"
 #include "tests/platform/Desktop.h"
 
+#include <QProcess>
 #include <QWindow>
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 namespace brimquill::platform {
 namespace {
@@ -175,6 +177,46 @@ TEST_P(ServicesTest, AccessIsGrantedAndTheScreenIsKnown) {
     EXPECT_GT(screen->visibleFrame.width, 0);
     EXPECT_LE(screen->visibleFrame.height, screen->frame.height);
     EXPECT_FALSE(services_->workspace().open("javascript:alert(1)"));
+}
+
+/// What a real terminal receives: typed text, also beyond the keyboard, and a paste in its own manner.
+TEST(X11Desktop, TypesAndPastesIntoTheProgramInFront) {
+    ASSERT_TRUE(
+        eventually([] { return runCommand("xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'") == 0; }));
+    const auto services = createServices();
+    const auto file = userDefaultsDirectory().parent_path() / "received";
+    QProcess terminal;
+    terminal.setProcessEnvironment([] {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+        return environment;
+    }());
+    terminal.start(QStringLiteral("xterm"), {QStringLiteral("-u8"), QStringLiteral("-e"),
+                                             QStringLiteral("cat > '%1'").arg(QString::fromStdString(file.string()))});
+    Workspace& workspace = services->workspace();
+    ASSERT_TRUE(eventually([&] {
+        const auto front = workspace.frontmostApplication();
+        return front && front->bundleIdentifier == "com.apple.Terminal" && std::filesystem::exists(file);
+    }));
+    EXPECT_EQ(workspace.frontmostApplication()->processIdentifier, static_cast<int>(terminal.processId()));
+    const auto received = [&] {
+        std::ifstream in(file);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    auto queue = services->runLoop().serialQueue("com.brimquill.test");
+    queue->async([&] { services->syntheticKeys().type("Hello, W\xc3\xb6rld \xe2\x82\xac\n"); });
+    EXPECT_TRUE(eventually([&] { return received() == "Hello, W\xc3\xb6rld \xe2\x82\xac\n"; })) << received();
+    services->pasteboard().write({"pasted", {}, {}, {}});
+    EXPECT_TRUE(services->syntheticKeys().post(key::v, {true, false, false, false}));
+    // The terminal asks for the selection and goes on reading keys meanwhile: a line ends after the paste at some
+    // Return.
+    EXPECT_TRUE(eventually([&] {
+        services->syntheticKeys().post(key::returnKey, {});
+        return received().find("pasted\n") != std::string::npos;
+    })) << received();
+    terminal.kill();
+    EXPECT_TRUE(eventually([&] { return terminal.state() == QProcess::NotRunning; }));
+    EXPECT_TRUE(eventually([&] { return !workspace.frontmostApplication(); }));
 }
 
 TEST(UserDefaults, KeepTypesAndSetDamagedFilesAside) {
