@@ -184,7 +184,7 @@ void ClipboardWatcher::storePicture(const std::string& path, const Source& sourc
     const auto clip = environment_.store.insert("", ClipKind::image, source, path);
     showToast({path, toastTitle, subtitle(source)});
     didCapture(ClipKind::image);
-    if (clip && recognizes) recognize(*clip, path);
+    if (clip && recognizes && environment_.recognizeText) recognize(*clip, path);
 }
 
 void ClipboardWatcher::recognize(const ClipItem& clip, const std::string& path) {

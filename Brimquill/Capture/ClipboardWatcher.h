@@ -35,6 +35,7 @@ public:
         AppSettings& settings;
         PasteService& pasteService;
         CaptureToast& toast;
+        /// Null when pictures cannot be read.
         RecognizeText recognizeText;
         NotificationCenter& center;
         platform::Pasteboard& pasteboard;
