@@ -1,0 +1,83 @@
+#include "Brimquill/AppDelegate.h"
+#include "Brimquill/Settings/AppDefaults.h"
+#include "Brimquill/Settings/AppSettings.h"
+#include "BrimquillCore/ClipStore.h"
+#include "BrimquillCore/Foundation/Log.h"
+#include "BrimquillCore/Placeholders.h"
+#include "BrimquillCore/SecretDetector.h"
+#include "Platform/Factory.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QSocketNotifier>
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+using namespace brimquill;
+
+/// Text first: a text font with its own emoji glyphs would keep the coloured ones from showing.
+void setFonts(QApplication& application) {
+    QFont font = application.font();
+    font.setFamilies({QStringLiteral("Noto Sans"), QStringLiteral("Noto Color Emoji"), QStringLiteral("Noto Sans Math"),
+                      QStringLiteral("Noto Sans Symbols"), QStringLiteral("Noto Sans Symbols 2")});
+    application.setFont(font);
+}
+
+/// The signals that ask a program to end, as something the run loop can wait for. To be called while there is one
+/// thread only, so that all inherit the mask.
+int endSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+int runApplication(int argc, char** argv, int signals, ClipStore& store, AppSettings& settings,
+                   platform::Services*& services) {
+    setenv("QT_QUICK_BACKEND", "software", 0);
+    QApplication application(argc, argv);
+    // Panels come and go; the program stays.
+    QApplication::setQuitOnLastWindowClosed(false);
+    setFonts(application);
+    const auto owned = platform::createServices();
+    services = owned.get();
+    int status = 0;
+    if (owned->instance().claim()) {
+        AppDelegate delegate(*owned, store, settings, NotificationCenter::defaultCenter());
+        QSocketNotifier ending(signals, QSocketNotifier::Read);
+        QObject::connect(&ending, &QSocketNotifier::activated, &application, &QApplication::quit);
+        delegate.applicationDidFinishLaunching();
+        status = QApplication::exec();
+    }
+    services = nullptr;
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int signals = endSignals();
+    platform::installSystemLog();
+    // 1. The store exists before any setting is read.
+    ClipStore& store = ClipStore::shared();
+    AppSettings settings(AppDefaults::store(), &AppDefaults::screenCapture(), false);
+    platform::Services* services = nullptr;
+    // 2. What the core is told of the program around it.
+    store.retentionLimit = settings.maxHistoryItems();
+    SecretDetector::autoExpiryEnabled = settings.secretAutoExpiry();
+    Placeholders::clipboardProvider = [&services] {
+        return services ? services->pasteboard().string().value_or("") : std::string();
+    };
+    const int status = runApplication(argc, argv, signals, store, settings, services);
+    Placeholders::clipboardProvider = [] { return std::string(); };
+    return status;
+}
