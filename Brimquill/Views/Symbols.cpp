@@ -87,6 +87,7 @@ constexpr std::array symbols = std::to_array<Symbol>({
     {"text.insert", 0xe03b},
     {"text.viewfinder", 0xe5fa},
     {"textformat", 0xe262},
+    {"timer", 0xe425},
     {"trash", 0xe92e},
     {"tray", 0xe156},
     {"tray.and.arrow.down", 0xe168},

@@ -164,11 +164,11 @@ Item {
         color: Theme.accentInk
     }
 
+    // Over the body alone: the header goes on saying what it was.
     Loader {
-        anchors.fill: parent
+        anchors { fill: parent; topMargin: Theme.cardHeaderHeight; bottomMargin: Theme.cardFooterHeight }
         active: card.copied
         sourceComponent: Rectangle {
-            radius: Theme.cardRadius
             color: Theme.withAlpha(Theme.cardBody, 0.92)
 
             Column {

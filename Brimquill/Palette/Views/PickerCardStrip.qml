@@ -7,6 +7,8 @@ Item {
 
     function toStart() {
         list.positionViewAtBeginning()
+        // The beginning of the cards would lie at the very edge.
+        list.contentX = list.originX - list.leftMargin
     }
 
     height: Theme.cardHeight + 8
