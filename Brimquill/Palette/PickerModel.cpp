@@ -114,11 +114,24 @@ void PickerModel::reset() {
 void PickerModel::refresh() {
     setItems(pickerItems(store_, query_, is<scope::Stack>(query_.filter) ? stackIds_() : std::vector<std::int64_t>{},
                          runLoop_.now()));
+    updateChips();
     Q_EMIT filtersChanged();
 }
 
+void PickerModel::updateChips() {
+    auto chips = describedChips();
+    auto types = describedTypes();
+    if (chips == chipsShown_ && types == typesShown_) return;
+    chipsShown_ = std::move(chips);
+    typesShown_ = std::move(types);
+    Q_EMIT chipsChanged();
+}
+
 void PickerModel::reloadItems() {
-    const auto newestBefore = items_.empty() ? std::int64_t{0} : items_.front().id;
+    // A card that only moves to the front, because others were deleted, has not arrived.
+    std::set<std::int64_t> before;
+    for (const auto& item : items_)
+        before.insert(item.id);
     catalog_.rebuild();
     if (const auto entry = catalog_.find(key(query_.filter))) {
         query_.filter = *entry;  // a renamed pinboard brings its new path
@@ -126,7 +139,7 @@ void PickerModel::reloadItems() {
         query_.filter = scope::Clipboard{};
     }
     refresh();
-    markArrival(newestBefore);
+    markArrival(before);
 }
 
 void PickerModel::setActive(bool active) {
@@ -242,9 +255,9 @@ void PickerModel::showCopied(std::int64_t id) {
 }
 
 /// A clip that came to the front while the palette was open stands out for a moment.
-void PickerModel::markArrival(std::int64_t newestBefore) {
+void PickerModel::markArrival(const std::set<std::int64_t>& before) {
     constexpr double seconds = 1.1;
-    if (items_.empty() || items_.front().id == newestBefore || items_.front().id < 0) return;
+    if (items_.empty() || before.contains(items_.front().id) || items_.front().id < 0) return;
     cards_.setArrived(items_.front().id);
     arrivedEnd_ = runLoop_.after(seconds, [this] { cards_.setArrived(0); });
 }
@@ -267,7 +280,7 @@ void PickerModel::typeClicked(int index) {
     }
 }
 
-QVariantList PickerModel::chipsForView() {
+QVariantList PickerModel::describedChips() {
     QVariantList list;
     for (const auto& chip : chips()) {
         const auto color = style_.color(chip);
@@ -284,7 +297,7 @@ QVariantList PickerModel::chipsForView() {
     return list;
 }
 
-QVariantList PickerModel::typesForView() const {
+QVariantList PickerModel::describedTypes() const {
     QVariantList list;
     for (const auto type : allContentTypes) {
         list.append(QVariantMap{{QStringLiteral("label"), QString::fromStdString(label(type))},

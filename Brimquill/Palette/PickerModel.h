@@ -26,8 +26,8 @@ class PickerModel final : public QObject {
     Q_PROPERTY(QString searchText READ searchTextForView WRITE setSearchTextFromView NOTIFY searchTextChanged)
     Q_PROPERTY(brimquill::ClipListModel* cards READ cards CONSTANT)
     Q_PROPERTY(int selectedIndex READ selectedIndex NOTIFY selectedIndexChanged)
-    Q_PROPERTY(QVariantList chips READ chipsForView NOTIFY filtersChanged)
-    Q_PROPERTY(QVariantList types READ typesForView NOTIFY filtersChanged)
+    Q_PROPERTY(QVariantList chips READ chipsForView NOTIFY chipsChanged)
+    Q_PROPERTY(QVariantList types READ typesForView NOTIFY chipsChanged)
     Q_PROPERTY(bool filtered READ isFiltered NOTIFY filtersChanged)
     Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY itemsChanged)
     Q_PROPERTY(QString emptySubtitle READ emptySubtitle NOTIFY itemsChanged)
@@ -108,8 +108,8 @@ public:
     QString searchTextForView() const { return QString::fromStdString(query_.text); }
     void setSearchTextFromView(const QString& text) { setSearchText(text.toStdString()); }
     ClipListModel* cards() { return &cards_; }
-    QVariantList chipsForView();
-    QVariantList typesForView() const;
+    QVariantList chipsForView() const { return chipsShown_; }
+    QVariantList typesForView() const { return typesShown_; }
     QString emptyTitle() const { return QString::fromStdString(emptyState(query_).title); }
     QString emptySubtitle() const { return QString::fromStdString(emptyState(query_).subtitle); }
     QString emptySymbol() const { return QString::fromStdString(emptyState(query_).symbol); }
@@ -118,6 +118,8 @@ public:
 Q_SIGNALS:
     void searchTextChanged();
     void filtersChanged();
+    /// Chips or types look different; their views are made anew then, which a typed letter must not pay for.
+    void chipsChanged();
     void itemsChanged();
     void selectedIndexChanged();
     void selectionChanged();
@@ -126,9 +128,12 @@ Q_SIGNALS:
 
 private:
     void storeChanged();
+    void updateChips();
+    QVariantList describedChips();
+    QVariantList describedTypes() const;
     void setItems(std::vector<ClipItem> items);
     void setFocus(int index);
-    void markArrival(std::int64_t newest);
+    void markArrival(const std::set<std::int64_t>& before);
 
     ClipStore& store_;
     NotificationCenter& center_;
@@ -138,6 +143,7 @@ private:
     CardStyle style_;
     PictureSizes pictureSizes_;
     ClipListModel cards_;
+    QVariantList chipsShown_, typesShown_;
     PickerQuery query_;
     std::vector<ClipItem> items_;
     int selectedIndex_ = 0;

@@ -226,7 +226,8 @@ Item {
                 size: 28
                 name: "photo"
                 color: Theme.secondaryText
-                visible: image.status !== Image.Ready
+                // A file that is no picture any more is read all the same, to nothing.
+                visible: image.status !== Image.Ready || image.implicitWidth <= 1
             }
             Image {
                 id: image
