@@ -2,15 +2,19 @@
 
 #include "Platform/Accessibility.h"
 #include "Platform/EventMonitors.h"
+#include "Platform/FolderWatcher.h"
 #include "Platform/HotKeys.h"
 #include "Platform/Instance.h"
 #include "Platform/OpenPanel.h"
 #include "Platform/Panels.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/RunLoop.h"
+#include "Platform/ScreenCapture.h"
 #include "Platform/Screens.h"
+#include "Platform/SecureInput.h"
 #include "Platform/SyntheticKeys.h"
 #include "Platform/SystemAppearance.h"
+#include "Platform/TextRecognizer.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
 
@@ -32,6 +36,10 @@ public:
     virtual UserDefaults& defaults() = 0;
     virtual SystemAppearance& appearance() = 0;
     virtual OpenPanel& openPanel() = 0;
+    virtual TextRecognizer& textRecognizer() = 0;
+    virtual ScreenCapture& screenCapture() = 0;
+    virtual FolderWatcher& folderWatcher() = 0;
+    virtual SecureInput& secureInput() = 0;
     virtual Instance& instance() = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include "BrimquillCore/Foundation/Log.h"
 
+#include <QCoreApplication>
 #include <QProcessEnvironment>
 #include <QString>
 
@@ -76,7 +77,10 @@ void DesktopTextRecognizer::startHelper() {
     };
     QObject::connect(helper_.get(), &QProcess::finished, helper_.get(), failed);
     QObject::connect(helper_.get(), &QProcess::errorOccurred, helper_.get(), failed);
-    helper_->start(QString::fromStdString(options_.helper), {});
+    helper_->start(options_.helper.empty()
+                       ? QCoreApplication::applicationDirPath() + QStringLiteral("/brimquill-recognizer")
+                       : QString::fromStdString(options_.helper),
+                   {});
 }
 
 /// Ends the helper without waiting for it to agree.

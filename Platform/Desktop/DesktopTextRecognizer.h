@@ -17,6 +17,7 @@ namespace brimquill::platform {
 class DesktopTextRecognizer final : public TextRecognizer {
 public:
     struct Options {
+        /// Empty stands for the helper that is installed beside this program.
         std::string helper;
         /// Seconds that one picture may take, and that the helper stays with nothing to do.
         double deadline = 30, idleTime = 30;

@@ -104,6 +104,11 @@ class LimitedPanels final : public Panels {
     bool isTranslucencyAvailable() override { return false; }
 };
 
+class NoSecureInput final : public SecureInput {
+    bool isEnabled() override { return false; }
+    std::optional<std::string> holderName() override { return std::nullopt; }
+};
+
 }  // namespace
 
 struct LimitedDesktop::Refusals {
@@ -114,6 +119,7 @@ struct LimitedDesktop::Refusals {
     NoAccessibility accessibility;
     LimitedScreens screens;
     LimitedPanels panels;
+    NoSecureInput secureInput;
 };
 
 LimitedDesktop::LimitedDesktop(std::unique_ptr<UserDefaults> defaults, const std::string& dataDirectory)
@@ -141,6 +147,9 @@ Screens& LimitedDesktop::screens() {
 }
 Panels& LimitedDesktop::panels() {
     return refusals_->panels;
+}
+SecureInput& LimitedDesktop::secureInput() {
+    return refusals_->secureInput;
 }
 
 }  // namespace brimquill::platform

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "Platform/Desktop/DesktopAppearance.h"
+#include "Platform/Desktop/DesktopFolderWatcher.h"
 #include "Platform/Desktop/DesktopInstance.h"
 #include "Platform/Desktop/DesktopOpenPanel.h"
 #include "Platform/Desktop/DesktopRunLoop.h"
+#include "Platform/Desktop/DesktopScreenCapture.h"
+#include "Platform/Desktop/DesktopTextRecognizer.h"
 #include "Platform/Desktop/LocalMonitors.h"
 #include "Platform/Headless/HeadlessPasteboard.h"
 #include "Platform/Services.h"
@@ -31,6 +34,10 @@ public:
     UserDefaults& defaults() override { return *defaults_; }
     SystemAppearance& appearance() override { return appearance_; }
     OpenPanel& openPanel() override { return openPanel_; }
+    TextRecognizer& textRecognizer() override { return textRecognizer_; }
+    ScreenCapture& screenCapture() override { return screenCapture_; }
+    FolderWatcher& folderWatcher() override { return folderWatcher_; }
+    SecureInput& secureInput() override;
     Instance& instance() override { return instance_; }
 
 private:
@@ -40,6 +47,9 @@ private:
     std::unique_ptr<UserDefaults> defaults_;
     DesktopAppearance appearance_;
     DesktopOpenPanel openPanel_;
+    DesktopTextRecognizer textRecognizer_{runLoop_, {}};
+    DesktopScreenCapture screenCapture_{runLoop_, {}};
+    DesktopFolderWatcher folderWatcher_;
     DesktopInstance instance_;
     std::unique_ptr<Refusals> refusals_;
 };

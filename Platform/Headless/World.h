@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Headless/HeadlessCapture.h"
 #include "Platform/Headless/HeadlessDefaults.h"
 #include "Platform/Headless/HeadlessDesktop.h"
 #include "Platform/Headless/HeadlessEventMonitors.h"
@@ -54,6 +55,10 @@ public:
     HeadlessDefaults& defaults() override { return defaults_; }
     HeadlessAppearance& appearance() override { return appearance_; }
     HeadlessOpenPanel& openPanel() override { return openPanel_; }
+    HeadlessTextRecognizer& textRecognizer() override { return textRecognizer_; }
+    HeadlessScreenCapture& screenCapture() override { return screenCapture_; }
+    HeadlessFolderWatcher& folderWatcher() override { return folderWatcher_; }
+    HeadlessSecureInput& secureInput() override { return secureInput_; }
     HeadlessInstance& instance() override { return instance_; }
 
 private:
@@ -71,6 +76,10 @@ private:
     HeadlessDefaults defaults_;
     HeadlessAppearance appearance_;
     HeadlessOpenPanel openPanel_{runLoop_};
+    HeadlessTextRecognizer textRecognizer_{runLoop_};
+    HeadlessScreenCapture screenCapture_{runLoop_};
+    HeadlessFolderWatcher folderWatcher_;
+    HeadlessSecureInput secureInput_;
     HeadlessInstance instance_;
 };
 

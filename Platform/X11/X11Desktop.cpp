@@ -2,15 +2,19 @@
 
 #include "BrimquillCore/Foundation/Log.h"
 #include "Platform/Desktop/DesktopAppearance.h"
+#include "Platform/Desktop/DesktopFolderWatcher.h"
 #include "Platform/Desktop/DesktopInstance.h"
 #include "Platform/Desktop/DesktopOpenPanel.h"
 #include "Platform/Desktop/DesktopRunLoop.h"
+#include "Platform/Desktop/DesktopScreenCapture.h"
+#include "Platform/Desktop/DesktopTextRecognizer.h"
 #include "Platform/X11/X11Accessibility.h"
 #include "Platform/X11/X11EventMonitors.h"
 #include "Platform/X11/X11HotKeys.h"
 #include "Platform/X11/X11Panels.h"
 #include "Platform/X11/X11Pasteboard.h"
 #include "Platform/X11/X11Screens.h"
+#include "Platform/X11/X11SecureInput.h"
 #include "Platform/X11/X11SyntheticKeys.h"
 #include "Platform/X11/X11Workspace.h"
 
@@ -45,6 +49,10 @@ public:
     UserDefaults& defaults() override { return *defaults_; }
     SystemAppearance& appearance() override { return appearance_; }
     OpenPanel& openPanel() override { return openPanel_; }
+    TextRecognizer& textRecognizer() override { return textRecognizer_; }
+    ScreenCapture& screenCapture() override { return screenCapture_; }
+    FolderWatcher& folderWatcher() override { return folderWatcher_; }
+    SecureInput& secureInput() override { return secureInput_; }
     Instance& instance() override { return instance_; }
 
 private:
@@ -76,9 +84,13 @@ private:
     X11SyntheticKeys syntheticKeys_{injected_, runLoop_, [this] { pasteboard_.offerPrimary(); }};
     X11Accessibility accessibility_{syntheticKeys_.isAvailable(), input_.isAvailable()};
     X11Workspace workspace_{connection_};
+    X11SecureInput secureInput_{connection_, workspace_, [this] { return panels_.holdsKeyboard(); }};
     std::unique_ptr<UserDefaults> defaults_;
     DesktopAppearance appearance_;
     DesktopOpenPanel openPanel_;
+    DesktopTextRecognizer textRecognizer_{runLoop_, {}};
+    DesktopScreenCapture screenCapture_{runLoop_, {}};
+    DesktopFolderWatcher folderWatcher_;
     DesktopInstance instance_;
 };
 
