@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Brimquill/Capture/OCRService.h"
+#include "Brimquill/Settings/AppSettings.h"
+#include "Platform/FolderWatcher.h"
+#include "Platform/UserDefaults.h"
+
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <string>
+
+namespace brimquill {
+
+/// Follows the folder that screenshots are saved into: each new one becomes a clip, findable by the words in it. The
+/// file itself stays as it is. Main thread.
+class ScreenshotWatcher final {
+public:
+    /// What it works with; everything must outlive it. `screenCapture` holds the desktop's preferences for screenshots.
+    struct Environment {
+        ClipStore& store;
+        AppSettings& settings;
+        CaptureToast& toast;
+        OCRService& ocr;
+        platform::UserDefaults& screenCapture;
+        platform::FolderWatcher& folderWatcher;
+        platform::RunLoop& runLoop;
+    };
+
+    explicit ScreenshotWatcher(Environment environment) : environment_(std::move(environment)) {}
+
+    /// Called whenever the clips changed.
+    std::function<void()> onCapture;
+
+    /// Takes what is saved from now on. Logs it when the folder cannot be watched.
+    void start();
+    void stop();
+
+    /// The folder that the preferences name, else the user's desktop folder.
+    std::filesystem::path directory() const;
+
+private:
+    void changed();
+    void scan();
+    bool isNew(const std::filesystem::directory_entry& entry) const;
+    void ingest(const std::filesystem::path& file);
+    void recognize(const ClipItem& clip, const std::string& path);
+
+    Environment environment_;
+    std::filesystem::path directory_;
+    Date startedAt_;
+    /// The names taken so far in this run.
+    std::set<std::string> processed_;
+    platform::Token watch_, secondScan_, thirdScan_;
+};
+
+}  // namespace brimquill

@@ -1,0 +1,22 @@
+#include "Brimquill/Capture/SecureInputMonitor.h"
+
+#include <utility>
+
+namespace brimquill {
+
+void SecureInputMonitor::start() {
+    constexpr double seconds = 2.0;
+    check();
+    timer_ = runLoop_.every(seconds, [this] { check(); });
+}
+
+void SecureInputMonitor::check() {
+    const bool isActive = secureInput_.isEnabled();
+    auto name = isActive ? secureInput_.holderName() : std::nullopt;
+    if (isActive == secureInputActive_ && name == culpritName_) return;
+    secureInputActive_ = isActive;
+    culpritName_ = std::move(name);
+    Q_EMIT changed();
+}
+
+}  // namespace brimquill
