@@ -6,14 +6,18 @@
 
 #include <QPointer>
 
+#include <algorithm>
 #include <exception>
+#include <iostream>
 #include <string>
+#include <utility>
 
 namespace brimquill {
 namespace {
 
-/// After the start, in seconds: capture runs, and the first panel should come up as quickly as the next.
-constexpr double viewPreparationDelay = 0.5;
+/// After the start, in seconds: capture runs by then. The panels are made ready, so that the first comes up as quickly
+/// as the next, and what the command line asked to be shown is shown.
+constexpr double preparationDelay = 0.5;
 
 std::string expandSnippet(const std::string& text) {
     try {
@@ -24,34 +28,81 @@ std::string expandSnippet(const std::string& text) {
     }
 }
 
-bool isPaletteVisible() {
-    return false;
+bool contains(const std::vector<std::string>& arguments, const char* wanted) {
+    return std::find(arguments.begin(), arguments.end(), wanted) != arguments.end();
 }
 
 }  // namespace
 
-AppDelegate::AppDelegate(platform::Services& services, ClipStore& store, AppSettings& settings,
-                         NotificationCenter& center)
-    : services_(services),
-      store_(store),
-      settings_(settings),
-      viewHost_(settings, services.appearance(), services.panels()),
-      hud_(viewHost_, services.screens(), services.runLoop(), isPaletteVisible),
-      toast_({viewHost_, settings, services.screens(), services.runLoop(), isPaletteVisible}),
-      pasteService_({services.pasteboard(), services.workspace(), services.accessibility(), services.syntheticKeys(),
-                     services.runLoop(), hud_, center, expandSnippet}),
-      watcher_({store, settings, pasteService_, toast_, nullptr, center, services.pasteboard(), services.workspace(),
-                services.eventMonitors(), services.runLoop()}),
-      hotKeys_(services.hotKeys()) {}
+AppDelegate::AppDelegate(Environment environment)
+    : environment_(std::move(environment)),
+      services_(environment_.services),
+      store_(environment_.store),
+      settings_(environment_.settings),
+      viewHost_(settings_, services_.appearance(), services_.panels()),
+      hud_(viewHost_, services_.screens(), services_.runLoop(), [this] { return palette_.isVisible(); }),
+      toast_({viewHost_, settings_, services_.screens(), services_.runLoop(), [this] { return palette_.isVisible(); }}),
+      pasteService_({services_.pasteboard(), services_.workspace(), services_.accessibility(),
+                     services_.syntheticKeys(), services_.runLoop(), hud_, environment_.center, expandSnippet}),
+      stack_(store_, pasteService_, hud_, services_.defaults()),
+      ocr_({store_, pasteService_, toast_, hud_, environment_.center, services_.runLoop(), services_.textRecognizer(),
+            services_.screenCapture()}),
+      watcher_({store_, settings_, pasteService_, toast_,
+                [this](const std::string& path, platform::QualityOfService qos,
+                       std::function<void(std::string)> completion) {
+                    ocr_.recognizeText(path, qos, std::move(completion));
+                },
+                environment_.center, services_.pasteboard(), services_.workspace(), services_.eventMonitors(),
+                services_.runLoop()}),
+      secureInput_(services_.secureInput(), services_.runLoop()),
+      screenshots_({store_, settings_, toast_, ocr_, environment_.screenCapture, services_.folderWatcher(),
+                    services_.runLoop()}),
+      picker_({store_, environment_.center, services_.runLoop(), services_.defaults(),
+               [this] { return stack_.itemIds(); }}),
+      pickerActions_({picker_, store_, pasteService_, settings_, services_.workspace(), hud_, expandSnippet}),
+      palette_({picker_, pickerActions_, services_, settings_, viewHost_, environment_.center}),
+      hotKeys_(services_.hotKeys()) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
     connectSettings();
     watcher_.start();
     log::write("ready");
+    secureInput_.start();
+    registerHotKeys();
     log::write("accessibility trusted=" + std::to_string(services_.accessibility().isProcessTrusted()));
+    screenshots_.onCapture = [this] { watcher_.reload({}); };
+    if (settings_.captureScreenshotFiles()) screenshots_.start();
+    connect(&toast_, &CaptureToastPanel::opened, this, [this] { palette_.show(); });
     services_.instance().setReopenHandler([this] { applicationShouldHandleReopen(); });
-    services_.runLoop().asyncAfter(viewPreparationDelay, [self = QPointer(this)] {
-        if (self) self->prepareViews();
+    const auto later = [this](auto work) {
+        services_.runLoop().asyncAfter(preparationDelay, [self = QPointer(this), work] {
+            if (self) work(*self);
+        });
+    };
+    later([](AppDelegate& self) { self.prepareViews(); });
+    if (contains(environment_.arguments, "--picker")) later([](AppDelegate& self) { self.palette_.toggle(); });
+}
+
+void AppDelegate::registerHotKeys() {
+    using platform::Modifiers;
+    namespace key = platform::key;
+    hotKeys_.registerHotKey(key::v, Modifiers{.command = true, .shift = true}, "⇧⌘V palette", [this] {
+        log::write("palette hotkey fired");
+        palette_.toggle();
+    });
+    hotKeys_.registerHotKey(key::v, Modifiers{.command = true, .option = true}, "⌥⌘V stack",
+                            [this] { stack_.pasteNext(); });
+    hotKeys_.registerHotKey(key::two, Modifiers{.command = true, .shift = true}, "⇧⌘2 OCR", [this] {
+        log::write("OCR hotkey fired");
+        snip();
+    });
+}
+
+/// The program's own panels are out of the way, and have let go of the keyboard, before the screen is captured.
+void AppDelegate::snip() {
+    palette_.close();
+    ocr_.captureAndRecognize([self = QPointer(this)](const std::optional<ClipItem>&) {
+        if (self) self->watcher_.reload({});
     });
 }
 
@@ -61,16 +112,32 @@ void AppDelegate::connectSettings() {
             [this] { store_.retentionLimit = settings_.maxHistoryItems(); });
     connect(&settings_, &AppSettings::secretAutoExpiryChanged, this,
             [this] { SecretDetector::autoExpiryEnabled = settings_.secretAutoExpiry(); });
+    connect(&settings_, &AppSettings::launchAtLoginChanged, this, [this] { applyLaunchAtLogin(); });
+    connect(&settings_, &AppSettings::captureScreenshotFilesChanged, this, [this] {
+        if (settings_.captureScreenshotFiles()) {
+            screenshots_.start();
+        } else {
+            screenshots_.stop();
+        }
+    });
 }
 
 void AppDelegate::prepareViews() {
     hud_.prepare();
     toast_.prepare();
+    palette_.prepare();
+}
+
+void AppDelegate::applyLaunchAtLogin() {
+    if (const auto failure = services_.loginItem().setEnabled(settings_.launchAtLogin())) {
+        std::cout << "Launch at login unavailable: " << *failure << std::endl;
+    }
 }
 
 void AppDelegate::applicationShouldHandleReopen() {
     log::write("reopen event");
-    hud_.show("Brimquill is running", "doc.on.clipboard.fill");
+    palette_.show();
+    hud_.show("Brimquill is running in your menu bar · ⇧⌘V opens this palette", "menubar.arrow.up.rectangle");
 }
 
 }  // namespace brimquill

@@ -1,8 +1,13 @@
 #pragma once
 
 #include "Brimquill/Capture/ClipboardWatcher.h"
+#include "Brimquill/Capture/OCRService.h"
+#include "Brimquill/Capture/ScreenshotWatcher.h"
+#include "Brimquill/Capture/SecureInputMonitor.h"
+#include "Brimquill/Palette/PickerPanelController.h"
 #include "Brimquill/Paste/HotKeyCenter.h"
 #include "Brimquill/Paste/PasteService.h"
+#include "Brimquill/Paste/StackManager.h"
 #include "Brimquill/Settings/AppSettings.h"
 #include "Brimquill/Surfaces/CaptureToastPanel.h"
 #include "Brimquill/Surfaces/HUDPanel.h"
@@ -12,6 +17,9 @@
 
 #include <QObject>
 
+#include <string>
+#include <vector>
+
 namespace brimquill {
 
 /// The program's frame: builds the services and panels, starts them in one order, and connects them. No rules of their
@@ -20,8 +28,19 @@ class AppDelegate final : public QObject {
     Q_OBJECT
 
 public:
-    /// All must outlive it. Starts nothing.
-    AppDelegate(platform::Services& services, ClipStore& store, AppSettings& settings, NotificationCenter& center);
+    /// What it works with; everything must outlive it. `screenCapture` holds the desktop's preferences for screenshots,
+    /// `arguments` the command line.
+    struct Environment {
+        platform::Services& services;
+        ClipStore& store;
+        AppSettings& settings;
+        NotificationCenter& center;
+        platform::UserDefaults& screenCapture;
+        std::vector<std::string> arguments;
+    };
+
+    /// Starts nothing.
+    explicit AppDelegate(Environment environment);
 
     /// Starts everything. To be called once.
     void applicationDidFinishLaunching();
@@ -33,11 +52,16 @@ public:
     HUDPanel& hud() { return hud_; }
     CaptureToastPanel& toast() { return toast_; }
     ViewHost& viewHost() { return viewHost_; }
+    PickerPanelController& palette() { return palette_; }
 
 private:
     void connectSettings();
+    void registerHotKeys();
+    void snip();
     void prepareViews();
+    void applyLaunchAtLogin();
 
+    Environment environment_;
     platform::Services& services_;
     ClipStore& store_;
     AppSettings& settings_;
@@ -45,7 +69,14 @@ private:
     HUDPanel hud_;
     CaptureToastPanel toast_;
     PasteService pasteService_;
+    StackManager stack_;
+    OCRService ocr_;
     ClipboardWatcher watcher_;
+    SecureInputMonitor secureInput_;
+    ScreenshotWatcher screenshots_;
+    PickerModel picker_;
+    PickerActions pickerActions_;
+    PickerPanelController palette_;
     HotKeyCenter hotKeys_;
 };
 

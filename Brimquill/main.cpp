@@ -17,6 +17,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -52,7 +54,9 @@ int runApplication(int argc, char** argv, int signals, ClipStore& store, AppSett
     services = owned.get();
     int status = 0;
     if (owned->instance().claim()) {
-        AppDelegate delegate(*owned, store, settings, NotificationCenter::defaultCenter());
+        settings.setLaunchAtLogin(owned->loginItem().isEnabled());
+        AppDelegate delegate({*owned, store, settings, NotificationCenter::defaultCenter(),
+                              AppDefaults::screenCapture(), std::vector<std::string>(argv, argv + argc)});
         QSocketNotifier ending(signals, QSocketNotifier::Read);
         QObject::connect(&ending, &QSocketNotifier::activated, &application, &QApplication::quit);
         delegate.applicationDidFinishLaunching();

@@ -5,6 +5,7 @@
 #include "Platform/FolderWatcher.h"
 #include "Platform/HotKeys.h"
 #include "Platform/Instance.h"
+#include "Platform/LoginItem.h"
 #include "Platform/OpenPanel.h"
 #include "Platform/Panels.h"
 #include "Platform/Pasteboard.h"
@@ -41,6 +42,7 @@ public:
     virtual FolderWatcher& folderWatcher() = 0;
     virtual SecureInput& secureInput() = 0;
     virtual Instance& instance() = 0;
+    virtual LoginItem& loginItem() = 0;
 };
 
 }  // namespace brimquill::platform

@@ -3,6 +3,7 @@
 #include "Platform/Desktop/DesktopAppearance.h"
 #include "Platform/Desktop/DesktopFolderWatcher.h"
 #include "Platform/Desktop/DesktopInstance.h"
+#include "Platform/Desktop/DesktopLoginItem.h"
 #include "Platform/Desktop/DesktopOpenPanel.h"
 #include "Platform/Desktop/DesktopRunLoop.h"
 #include "Platform/Desktop/DesktopScreenCapture.h"
@@ -39,6 +40,7 @@ public:
     FolderWatcher& folderWatcher() override { return folderWatcher_; }
     SecureInput& secureInput() override;
     Instance& instance() override { return instance_; }
+    LoginItem& loginItem() override { return loginItem_; }
 
 private:
     struct Refusals;
@@ -51,6 +53,7 @@ private:
     DesktopScreenCapture screenCapture_{runLoop_, {}};
     DesktopFolderWatcher folderWatcher_;
     DesktopInstance instance_;
+    DesktopLoginItem loginItem_{autostartDirectory(), programPath()};
     std::unique_ptr<Refusals> refusals_;
 };
 

@@ -3,6 +3,7 @@
 #include "Platform/Accessibility.h"
 #include "Platform/HandlerList.h"
 #include "Platform/Instance.h"
+#include "Platform/LoginItem.h"
 #include "Platform/OpenPanel.h"
 #include "Platform/RunLoop.h"
 #include "Platform/Screens.h"
@@ -103,6 +104,22 @@ public:
 private:
     std::function<void()> handler_;
     bool runsElsewhere_ = false;
+};
+
+class HeadlessLoginItem final : public LoginItem {
+public:
+    /// From now on every change fails with these words; nothing lets changes succeed.
+    void setFailure(std::optional<std::string> words) { failure_ = std::move(words); }
+
+    bool isEnabled() const override { return isEnabled_; }
+    std::optional<std::string> setEnabled(bool enabled) override {
+        if (!failure_) isEnabled_ = enabled;
+        return failure_;
+    }
+
+private:
+    std::optional<std::string> failure_;
+    bool isEnabled_ = false;
 };
 
 }  // namespace brimquill::platform

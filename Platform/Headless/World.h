@@ -60,6 +60,7 @@ public:
     HeadlessFolderWatcher& folderWatcher() override { return folderWatcher_; }
     HeadlessSecureInput& secureInput() override { return secureInput_; }
     HeadlessInstance& instance() override { return instance_; }
+    HeadlessLoginItem& loginItem() override { return loginItem_; }
 
 private:
     Event event(EventType type, Modifiers modifiers) const;
@@ -81,6 +82,7 @@ private:
     HeadlessFolderWatcher folderWatcher_;
     HeadlessSecureInput secureInput_;
     HeadlessInstance instance_;
+    HeadlessLoginItem loginItem_;
 };
 
 }  // namespace brimquill::platform

@@ -3,8 +3,8 @@
 #include <QImageReader>
 #include <QString>
 
+#define ZX_USE_UTF8 1  // texts as UTF-8, which later versions of the library give anyway
 #include <ZXing/ReadBarcode.h>
-#include <ZXing/TextUtfEncoding.h>
 
 #include <tesseract/baseapi.h>
 #include <tesseract/resultiterator.h>
@@ -58,7 +58,7 @@ std::vector<std::string> codes(const QImage& picture) {
     hints.setTryHarder(true).setTryRotate(true);
     std::vector<std::string> payloads;
     for (const auto& result : ZXing::ReadBarcodes(view, hints)) {
-        auto payload = ZXing::TextUtfEncoding::ToUtf8(result.text());
+        auto payload = result.text();
         if (!payload.empty()) payloads.push_back(std::move(payload));
     }
     return payloads;

@@ -4,6 +4,7 @@
 #include "Platform/Desktop/DesktopAppearance.h"
 #include "Platform/Desktop/DesktopFolderWatcher.h"
 #include "Platform/Desktop/DesktopInstance.h"
+#include "Platform/Desktop/DesktopLoginItem.h"
 #include "Platform/Desktop/DesktopOpenPanel.h"
 #include "Platform/Desktop/DesktopRunLoop.h"
 #include "Platform/Desktop/DesktopScreenCapture.h"
@@ -54,6 +55,7 @@ public:
     FolderWatcher& folderWatcher() override { return folderWatcher_; }
     SecureInput& secureInput() override { return secureInput_; }
     Instance& instance() override { return instance_; }
+    LoginItem& loginItem() override { return loginItem_; }
 
 private:
     X11EventMonitors::Ownership ownership() {
@@ -92,6 +94,7 @@ private:
     DesktopScreenCapture screenCapture_{runLoop_, {}};
     DesktopFolderWatcher folderWatcher_;
     DesktopInstance instance_;
+    DesktopLoginItem loginItem_{autostartDirectory(), programPath()};
 };
 
 }  // namespace
