@@ -24,10 +24,11 @@ namespace {
 
 using namespace brimquill;
 
-/// Text first: a text font with its own emoji glyphs would keep the coloured ones from showing.
+/// The families in which a character is looked for, in their order: signs such as ↩ are to look like the text around them,
+/// so the coloured emoji come last.
 void setFonts(QApplication& application) {
     QFont font = application.font();
-    font.setFamilies({QStringLiteral("Noto Sans"), QStringLiteral("Noto Color Emoji"), QStringLiteral("Noto Sans Math"),
+    font.setFamilies({QStringLiteral("Noto Sans"), QStringLiteral("Noto Sans Math"), QStringLiteral("Noto Color Emoji"),
                       QStringLiteral("Noto Sans Symbols"), QStringLiteral("Noto Sans Symbols 2")});
     application.setFont(font);
 }

@@ -52,9 +52,9 @@ QImage cached(QMutex& mutex, QCache<QString, QImage>& cache, const QString& key,
     return image;
 }
 
-/// Stands for the icon that a program does not have; a view would complain about none.
-QImage transparent(int size) {
-    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+/// Stands for the icon that a program does not have: one point, which nobody sees; a view would complain about none.
+QImage noIcon() {
+    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     return image;
 }
@@ -124,7 +124,7 @@ QQuickImageResponse* SourceIcons::requestImageResponse(const QString& id, const 
     return new Response(pool_, [this, bundleIdentifier, size] {
         return cached(mutex_, cache_, QStringLiteral("%1 %2").arg(size).arg(bundleIdentifier), [&] {
             const auto icon = workspace_.icon(bundleIdentifier.toStdString(), size);
-            if (!icon || icon->rgba.empty()) return transparent(size);
+            if (!icon || icon->rgba.empty()) return noIcon();
             return QImage(icon->rgba.data(), icon->width, icon->height, icon->width * 4, QImage::Format_RGBA8888)
                 .copy();
         });

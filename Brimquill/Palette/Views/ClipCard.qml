@@ -103,7 +103,7 @@ Item {
             anchors { right: parent.right; rightMargin: 5; verticalCenter: parent.verticalCenter }
             width: 18
             height: 18
-            visible: card.iconSource !== ""
+            visible: implicitWidth > 1
             source: card.iconSource
             sourceSize { width: 18; height: 18 }
             asynchronous: true
