@@ -24,8 +24,8 @@ namespace {
 
 using namespace brimquill;
 
-/// The families in which a character is looked for, in their order: signs such as ↩ are to look like the text around them,
-/// so the coloured emoji come last.
+/// The families in which a character is looked for, in their order: signs such as ↩ are to look like the text around
+/// them, so the coloured emoji come last.
 void setFonts(QApplication& application) {
     QFont font = application.font();
     font.setFamilies({QStringLiteral("Noto Sans"), QStringLiteral("Noto Sans Math"), QStringLiteral("Noto Color Emoji"),

@@ -10,9 +10,9 @@ int processOfClient(X11Connection& connection, xcb_window_t window) {
     xcb_connection_t* xcb = connection.xcb();
     const auto* extension = xcb_get_extension_data(xcb, &xcb_res_id);
     if (extension == nullptr || extension->present == 0) return 0;
-    const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
     const X11Reply<xcb_res_query_client_ids_reply_t> reply(
-        xcb_res_query_client_ids_reply(xcb, xcb_res_query_client_ids(xcb, 1, &spec), nullptr));
+        xcb_res_query_client_ids_reply(xcb, xcb_res_query_client_ids(xcb, 1, &wanted), nullptr));
     if (!reply) return 0;
     auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
     for (; ids.rem > 0; xcb_res_client_id_value_next(&ids)) {

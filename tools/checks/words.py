@@ -3,7 +3,7 @@
 import re
 
 FORBIDDEN = re.compile(
-    r"\bspec\b|\bspec\.md\b|\bthe specification\b|\bPart \d|(?-i:/work/)|/tmp/brief|\bsub-?agents?\b|\bLLM\b"
+    r"(?<![.>])\bspec\b|\bspec\.md\b|\bthe specification\b|\bPart \d|(?-i:/work/)|/tmp/brief|\bsub-?agents?\b|\bLLM\b"
     r"|\bthis (developer )?session's\b|\bthe brief\b|\bCo-Authored-By\b|\bGenerated with\b",
     re.IGNORECASE)
 # Files that hold other people's words, or this list.
