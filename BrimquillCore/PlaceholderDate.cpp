@@ -137,4 +137,12 @@ Date offsetDate(std::string_view offset, Date now) {
             static_cast<double>(way.minutes) * secondsPerMinute};
 }
 
+int year(Date date) {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(userLocale(), status));
+    if (U_FAILURE(status)) return 0;
+    calendar->setTime(date.seconds * millisecondsPerSecond, status);
+    return calendar->get(UCAL_YEAR, status);
+}
+
 }  // namespace brimquill::PlaceholderDate

@@ -21,4 +21,7 @@ std::string formatted(Date date, Style style, const std::optional<std::string>& 
 /// Throws `std::overflow_error` when the sum of a unit's amounts does not fit 64 bits.
 Date offsetDate(std::string_view offset, Date now);
 
+/// The year in which `date` lies, as the user's calendar counts them.
+int year(Date date);
+
 }  // namespace brimquill::PlaceholderDate
