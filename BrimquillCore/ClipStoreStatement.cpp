@@ -13,6 +13,10 @@
 namespace brimquill::sqlite {
 namespace {
 
+/// How long a statement waits, in milliseconds, while another program that looks into the database holds it: a copy is
+/// not to be lost for that, nor the interface to stand still for long.
+constexpr int patience = 1000;
+
 /// SQLite gives its journal the mode of the database, so the file is made beforehand. One that stands already is never
 /// opened here: closing it would drop the locks of another connection in this process.
 void makeDatabasePrivate(const std::filesystem::path& file) {
@@ -58,7 +62,10 @@ std::string sqlText(std::optional<std::int64_t> number) {
 Connection::Connection(const std::filesystem::path& file) {
     makeDatabasePrivate(file);
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
-    if (sqlite3_open_v2(file.c_str(), &handle_, flags, nullptr) == SQLITE_OK) return;
+    if (sqlite3_open_v2(file.c_str(), &handle_, flags, nullptr) == SQLITE_OK) {
+        sqlite3_busy_timeout(handle_, patience);
+        return;
+    }
     std::fprintf(stderr, "Unable to open database at %s\n", file.c_str());
     std::exit(EXIT_FAILURE);
 }

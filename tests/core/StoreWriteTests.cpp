@@ -270,5 +270,21 @@ TEST_F(StoreWrites, ThreadsEachGetTheirOwnRow) {
     EXPECT_EQ(store.allClips().size(), 120U);
 }
 
+TEST_F(StoreWrites, WaitForAnotherProgramThatHoldsTheDatabase) {
+    database.run("CREATE TABLE other (x); BEGIN EXCLUSIVE");
+    std::atomic<bool> isInserting = false;
+    std::thread other([&] {
+        while (!isInserting)
+            std::this_thread::yield();
+        database.run(
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 20000) "
+            "INSERT INTO other SELECT i FROM n; COMMIT");
+    });
+    isInserting = true;
+    insertText("not lost");
+    other.join();
+    EXPECT_THAT(textsOf(store.fetchHistory(10)), ElementsAre("not lost"));
+}
+
 }  // namespace
 }  // namespace brimquill::test
