@@ -7,10 +7,12 @@
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace brimquill {
@@ -78,6 +80,18 @@ public:
         std::optional<std::int64_t> folderId{};
         std::vector<std::string> tags{};
         std::optional<std::string> imagePath{};
+    };
+    /// Answers which uuids the store has, deleted clips included, for one who asks thousands of times: reads the table
+    /// once and, at each question, only what was added since. For one thread; its store has to outlive it.
+    class KnownClips final {
+    public:
+        explicit KnownClips(ClipStore& store) : store_(store) {}
+        bool contains(const std::string& uuid);
+
+    private:
+        ClipStore& store_;
+        std::unordered_set<std::string> uuids_;
+        std::int64_t lastId_ = std::numeric_limits<std::int64_t>::min();
     };
 
     /// Opens or creates the store in `directory`, makes it private to the user, and brings an earlier database up to
@@ -176,8 +190,10 @@ public:
     void applyRemoteFolder(const std::string& uuid, const std::string& name,
                            const std::optional<std::string>& parentUuid, Date modifiedAt);
     void applyRemoteFolderDeletion(const std::string& uuid);
-    /// The new row id; nothing if a row of that uuid exists, deleted or not.
+    /// The new row id; nothing if a row of that uuid exists, deleted or not. One that brings in many clips passes the
+    /// same `known`, made of this store, to each call; else the whole table is searched for each.
     std::optional<std::int64_t> insertImported(const ImportedClip& clip);
+    std::optional<std::int64_t> insertImported(const ImportedClip& clip, KnownClips& known);
     std::optional<std::string> syncRecordData(const std::string& uuid);
     void setSyncRecordData(const std::optional<std::string>& data, const std::string& uuid);
 
@@ -192,6 +208,7 @@ private:
                               Date modifiedAt);
     void touchFolder(std::int64_t id);
     std::optional<std::int64_t> localFolderId(const std::optional<std::string>& uuid);
+    std::int64_t insertArchived(const ImportedClip& clip);
     std::optional<std::string> writeRemoteImage(const RemoteClip& remote);
     void postDidChange();
 

@@ -178,8 +178,26 @@ void ClipStore::applyRemoteFolderDeletion(const std::string& uuid) {
     if (local && !local->deleted) deleteFolder(local->folder.id);
 }
 
+bool ClipStore::KnownClips::contains(const std::string& uuid) {
+    // Row ids only grow, and no row changes its uuid.
+    sqlite::Statement statement(*store_.db_, "SELECT id, uuid FROM clips WHERE id > ? ORDER BY id");
+    statement.bind(lastId_);
+    while (statement.step()) {
+        lastId_ = statement.integer(0);
+        if (!statement.isNull(1)) uuids_.insert(statement.text(1));
+    }
+    return uuids_.count(uuid) > 0;
+}
+
 std::optional<std::int64_t> ClipStore::insertImported(const ImportedClip& imported) {
-    if (clip(imported.uuid)) return std::nullopt;
+    return clip(imported.uuid) ? std::nullopt : std::optional(insertArchived(imported));
+}
+
+std::optional<std::int64_t> ClipStore::insertImported(const ImportedClip& imported, KnownClips& known) {
+    return known.contains(imported.uuid) ? std::nullopt : std::optional(insertArchived(imported));
+}
+
+std::int64_t ClipStore::insertArchived(const ImportedClip& imported) {
     const bool hasKeyword = imported.keyword && !imported.keyword->empty();
     const auto id = sqlite::Statement(*db_,
                                       "INSERT INTO clips (text, kind, created_at, source_app, pinned, name, keyword,\n"
