@@ -16,18 +16,27 @@ constexpr std::chrono::milliseconds longestPrimaryWait{250};
 
 using Change = X11PasteboardWorker::Change;
 
-/// Changes on their way to the main thread. Each arrives by itself, also when that thread was busy for a while; should
-/// it be so for long, the oldest go, so that what waits stays within the limit of one copy.
+/// Changes on their way to the main thread. Each arrives by itself, also when that thread was busy for a while, and the
+/// next only when what the one before it had posted there is done: who is told of a change may look at it a turn later.
+/// Should the main thread be busy for long, the oldest go, so that what waits stays within the limit of one copy.
 class Mailbox final {
 public:
     explicit Mailbox(std::size_t limit) : limit_(limit) {}
 
-    void put(Change change) {
+    /// True when nobody is on the way to take it.
+    bool put(Change change) {
         const std::lock_guard lock(mutex_);
         size_ += change.snapshot->size();
         changes_.push_back(std::move(change));
         while (size_ > limit_ && changes_.size() > 1)
             drop();
+        return !std::exchange(isBeingTaken_, true);
+    }
+
+    /// Whether there is more to take; if not, the next `put` says so.
+    bool hasMore() {
+        const std::lock_guard lock(mutex_);
+        return isBeingTaken_ = !changes_.empty();
     }
 
     std::optional<Change> take() {
@@ -48,6 +57,7 @@ private:
     std::mutex mutex_;
     std::deque<Change> changes_;
     std::size_t size_ = 0;
+    bool isBeingTaken_ = false;
 };
 
 }  // namespace
@@ -57,7 +67,11 @@ struct X11Pasteboard::State {
     explicit State(std::size_t cap) : mailbox(cap) {}
 
     void deliverNext() {
-        const std::optional<Change> change = mailbox.take();
+        accept(mailbox.take());
+        if (mailbox.hasMore()) postDelivery();
+    }
+
+    void accept(const std::optional<Change>& change) {
         if (!change || change->writeNumber < writeNumber) return;
         snapshot = change->snapshot;
         if (change->isInitial) return;
@@ -79,6 +93,7 @@ struct X11Pasteboard::State {
     Mailbox mailbox;
     std::shared_ptr<const PasteboardSnapshot> snapshot = std::make_shared<const PasteboardSnapshot>();
     std::shared_ptr<std::function<void()>> handler;
+    std::function<void()> postDelivery;
     int changeCount = 1, writeNumber = 0;
     bool hasDisplay = true;
 };
@@ -93,9 +108,9 @@ X11Pasteboard::X11Pasteboard(RunLoop& runLoop, X11PasteboardOptions options)
     };
     X11PasteboardWorker::Handlers handlers;
     handlers.changed = [mailbox = std::shared_ptr<Mailbox>(state_, &state_->mailbox), onMain](Change change) {
-        mailbox->put(std::move(change));
-        onMain(&State::deliverNext);
+        if (mailbox->put(std::move(change))) onMain(&State::deliverNext);
     };
+    state_->postDelivery = [onMain] { onMain(&State::deliverNext); };
     handlers.displayLost = [onMain] { onMain(&State::loseDisplay); };
     worker_ = std::make_unique<X11PasteboardWorker>(std::move(options), std::move(handlers));
     state_->hasDisplay = worker_->hasDisplay();

@@ -186,11 +186,14 @@ class Figures:
     def burst(self):
         self.start_program()
         before = self.burst_count()
-        self.session.run(self.binaries / "selection_peer", "own", "--changes", "500", "--every", "50", timeout=120)
+        peer = self.session.start(self.binaries / "selection_peer", "own", "--changes", "500", "--every", "50")
         try:
-            wait_for(lambda: self.burst_count() - before >= 500, 10, "500 copies")
+            wait_for(lambda: peer.output().count("owned") >= 500, 120, "500 copies to be made")
+            wait_for(lambda: self.burst_count() - before >= 500, 60, "500 copies to be kept")
         except SessionError as failure:
             print(failure)
+        peer.stop()
+        self.session.programs.remove(peer)
         self.tell("of 500 copies 50 ms apart, kept", [self.burst_count() - before], "")
         self.stop_program()
 

@@ -61,6 +61,7 @@ public:
     explicit SelectionWorld(X11PasteboardOptions options = {}, XServer& server = XServer::shared());
 
     X11Pasteboard& pasteboard() { return *pasteboard_; }
+    RunLoop& runLoop() { return runLoop_; }
     void destroyPasteboard() { pasteboard_.reset(); }
     /// Runs the main thread until the condition holds. False after a minute.
     bool waitFor(const std::function<bool()>& condition);
