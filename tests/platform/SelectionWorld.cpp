@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -59,9 +60,15 @@ const std::string& Process::output() {
     return output_;
 }
 
-bool Process::waitForLine(const std::string& line) {
-    auto stands = [&] { return ("\n" + output_).find("\n" + line + "\n") != std::string::npos; };
-    while (!stands())
+bool Process::waitForLine(const std::string& line, int times) {
+    const auto written = [&] {
+        int count = 0;
+        std::istringstream lines(output_.substr(0, output_.rfind('\n') + 1));
+        for (std::string one; std::getline(lines, one);)
+            if (one == line) ++count;
+        return count;
+    };
+    while (written() < times)
         if (!readSome(60'000)) return false;
     return true;
 }

@@ -26,8 +26,8 @@ public:
 
     /// Everything written so far.
     const std::string& output();
-    /// Whether the whole line was written, or waits for it until the output ends.
-    bool waitForLine(const std::string& line);
+    /// Whether the whole line was written so many times, or waits for it until the output ends.
+    bool waitForLine(const std::string& line, int times = 1);
     /// Collects the output to its end and gives the exit status; -1 for a death by signal.
     int wait();
     void kill();

@@ -228,8 +228,7 @@ TEST_F(X11PasteboardHostile, ChangesThatPileUpAreEachSeenByWhoLooksATurnLater) {
         [this] { world_->runLoop().async([this] { strings_.push_back(pasteboard().string().value_or("none")); }); });
     const auto owner = own({"--changes", "10", "--every", "5"});
     // Meanwhile the main thread does nothing.
-    while (world_->pasted("UTF8_STRING") != "change 10") {
-    }
+    ASSERT_TRUE(owner->waitForLine("owned", 10));
     ASSERT_TRUE(world_->waitFor([this] { return !strings_.empty() && strings_.back() == "change 10"; }));
     EXPECT_EQ(strings_.size(), 10U);
 }
