@@ -78,6 +78,20 @@ TEST(HoardManifest, IsWrittenSortedAndPretty) {
 })");
 }
 
+TEST(HoardManifest, SortsAllMembersOfAClip) {
+    Manifest manifest;
+    manifest.clips = {{"u", "image", "t", 1, "a", "b", true, "n", "k", "f", {"x"}, "images/u.png"}};
+    const auto json = encode(manifest);
+    std::size_t last = 0;
+    for (const char* member : {"createdAt", "folderUuid", "image", "keyword", "kind", "name", "pinned", "sourceApp",
+                               "sourceBundleId", "tags", "text", "uuid"}) {
+        const auto place = json.find("      \"" + std::string(member) + "\": ");
+        ASSERT_NE(place, std::string::npos) << member;
+        EXPECT_GT(place, last) << member;
+        last = place;
+    }
+}
+
 TEST(HoardManifest, ComesBackAsItWas) {
     Manifest manifest;
     manifest.exportedAt = 1700000000.123456;
