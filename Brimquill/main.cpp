@@ -5,6 +5,7 @@
 #include "BrimquillCore/Foundation/Log.h"
 #include "BrimquillCore/Placeholders.h"
 #include "BrimquillCore/SecretDetector.h"
+#include "BrimquillCore/SelfTest.h"
 #include "Platform/Factory.h"
 
 #include <QApplication>
@@ -14,8 +15,10 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -82,6 +85,12 @@ int main(int argc, char** argv) {
     Placeholders::clipboardProvider = [&services] {
         return services ? services->pasteboard().string().value_or("") : std::string();
     };
+    // 3. The engines check themselves, with nothing of the user interface started.
+    const std::vector<std::string> arguments(argv, argv + argc);
+    if (std::find(arguments.begin(), arguments.end(), "--selftest") != arguments.end()) {
+        return runSelfTest(store, std::cout) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
+    // 4. Everything else.
     const int status = runApplication(argc, argv, signals, store, settings, services);
     Placeholders::clipboardProvider = [] { return std::string(); };
     return status;

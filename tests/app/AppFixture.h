@@ -46,8 +46,12 @@ public:
 /// Keeps what was confirmed.
 class RecordedToast final : public CaptureToast {
 public:
-    void show(const Content& content, Occasion) override { contents.push_back(content); }
+    void show(const Content& content, Occasion occasion) override {
+        contents.push_back(content);
+        occasions.push_back(occasion);
+    }
     std::vector<Content> contents;
+    std::vector<Occasion> occasions;
 };
 
 /// The services of capture and paste on a desktop of their own.
