@@ -31,6 +31,13 @@ std::string ownDesktopFile(X11Connection& connection, xcb_window_t window) {
     return {};
 }
 
+/// The window manager may still name a window that has gone, and its number may have come to another client since.
+bool exists(X11Connection& connection, xcb_window_t window) {
+    const X11Reply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        connection.xcb(), xcb_get_window_attributes(connection.xcb(), window), nullptr));
+    return attributes != nullptr;
+}
+
 }  // namespace
 
 std::optional<X11Frontmost> x11Frontmost(X11Connection& connection) {
@@ -38,6 +45,7 @@ std::optional<X11Frontmost> x11Frontmost(X11Connection& connection) {
     const auto active = connection.numbers(connection.root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW, 1);
     if (active.empty() || active[0] == XCB_NONE) return std::nullopt;
     const xcb_window_t window = active[0];
+    if (!exists(connection, window)) return std::nullopt;
     X11Frontmost front;
     const std::string classes = connection.property(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING);
     const std::size_t end = classes.find('\0');
