@@ -135,7 +135,7 @@ void AppDelegate::applyLaunchAtLogin() {
 }
 
 void AppDelegate::applicationShouldHandleReopen() {
-    log::write("reopen event");
+    log::write("reopen event (visible windows=" + std::to_string(palette_.isVisible()) + ")");
     palette_.show();
     hud_.show("Brimquill is running in your menu bar · ⇧⌘V opens this palette", "menubar.arrow.up.rectangle");
 }
