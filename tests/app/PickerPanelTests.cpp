@@ -1,0 +1,166 @@
+#include "Brimquill/Palette/PickerPanelController.h"
+#include "Brimquill/Surfaces/TourEvents.h"
+#include "tests/app/AppFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace brimquill {
+namespace {
+
+using platform::Delivery;
+namespace key = platform::key;
+
+class PickerPanelTest : public AppFixture {
+protected:
+    PickerPanelTest() {
+        for (const char* text : {"three", "two", "one"}) {
+            world.advance(1);
+            store.insert(text, ClipKind::text);
+        }
+    }
+
+    PickerModel model{{store, center, world.runLoop(), world.defaults(), [] { return std::vector<std::int64_t>{}; }}};
+    PickerActions actions{{model, store, pasteService, settings, world.workspace(), hud,
+                           [](const std::string& text) { return "<" + text + ">"; }}};
+    ViewHost views{settings, world.appearance(), world.panels()};
+    PickerPanelController palette{{model, actions, world, settings, views, center}};
+
+    platform::Rect shownFrame() {
+        auto frame = world.panels().visible().at(0)->frame;
+        const double shadow = (frame.height - PickerPanelController::panelHeight) / 2;
+        return {frame.x + shadow, frame.y + shadow, frame.width - 2 * shadow, frame.height - 2 * shadow};
+    }
+    Delivery escape() { return world.press(key::escape); }
+    std::string onPasteboard() { return world.pasteboard().string().value_or("nothing"); }
+};
+
+TEST_F(PickerPanelTest, StandsAlongTheBottomOfTheScreen) {
+    world.screens().setMain(platform::Screen{{0, 0, 1920, 1080}, {0, 32, 1920, 1000}, 1});
+    int shows = 0;
+    const auto observation = center.observe(TourEvents::paletteDidShow, nullptr, [&](const Notification&) { ++shows; });
+    palette.show();
+    EXPECT_TRUE(palette.isVisible());
+    EXPECT_TRUE(model.isActive());
+    EXPECT_EQ(shows, 1);
+    EXPECT_EQ(shownFrame(), (platform::Rect{24, 736, 1872, 280}));
+    palette.toggle();
+    EXPECT_FALSE(palette.isVisible());
+    EXPECT_FALSE(model.isActive());
+    EXPECT_FALSE(world.eventMonitors().hasLocalMonitors());
+    palette.close();
+    world.screens().setMain(std::nullopt);
+    palette.toggle();
+    EXPECT_EQ(shownFrame(), (platform::Rect{24, 504, 1152, 280})) << "a screen of 1200 by 800 is assumed";
+}
+
+TEST_F(PickerPanelTest, EscapeGoesBackOneLevelAtATime) {
+    palette.show();
+    model.setSearchText("o");
+    model.setFilter(scope::Snippets{});
+    model.toggleType(ContentType::text);
+    model.setPreviewOpen(true);
+    model.setCheatSheetOpen(true);
+    EXPECT_EQ(escape(), Delivery::swallowed);
+    EXPECT_FALSE(model.cheatSheetOpen());
+    EXPECT_TRUE(model.previewOpen());
+    escape();
+    EXPECT_FALSE(model.previewOpen());
+    EXPECT_TRUE(model.typeFilter());
+    escape();
+    EXPECT_FALSE(model.typeFilter());
+    EXPECT_EQ(brimquill::key(model.filter()), "snippets");
+    escape();
+    EXPECT_EQ(brimquill::key(model.filter()), "clipboard");
+    EXPECT_EQ(model.searchText(), "o");
+    escape();
+    EXPECT_EQ(model.searchText(), "");
+    EXPECT_TRUE(palette.isVisible());
+    escape();
+    EXPECT_FALSE(palette.isVisible());
+}
+
+TEST_F(PickerPanelTest, ReturnClosesFirstAndPastesAfter) {
+    palette.show();
+    EXPECT_EQ(world.press(key::right), Delivery::swallowed);
+    EXPECT_EQ(world.press(key::returnKey), Delivery::swallowed);
+    EXPECT_FALSE(palette.isVisible());
+    EXPECT_EQ(onPasteboard(), "two");
+    EXPECT_TRUE(hud.lines.empty());
+    palette.show();
+    world.press(key::returnKey, {.option = true});
+    EXPECT_EQ(onPasteboard(), "one");
+    EXPECT_EQ(hud.lines.size(), 1U);
+}
+
+TEST_F(PickerPanelTest, QuickPasteTakesTheFocusedCardWhereThereIsNoSuchNumber) {
+    palette.show();
+    world.press(key::two, {.command = true}, "2");
+    EXPECT_EQ(onPasteboard(), "two");
+    palette.show();
+    world.press(key::right);
+    world.press(key::right);
+    world.press(key::nine, {.command = true}, "9");
+    EXPECT_EQ(onPasteboard(), "three");
+}
+
+TEST_F(PickerPanelTest, LettersReachTheFieldAndReturnOnNothingStays) {
+    palette.show();
+    EXPECT_EQ(world.press(key::a, {}, "a"), Delivery::passed);
+    EXPECT_EQ(world.press(key::deleteKey), Delivery::passed);
+    model.setSearchText("no such clip");
+    EXPECT_EQ(world.press(key::returnKey), Delivery::swallowed);
+    EXPECT_TRUE(palette.isVisible());
+}
+
+TEST_F(PickerPanelTest, AClickOutsideClosesIt) {
+    palette.show();
+    world.click({shownFrame().x + 10, shownFrame().y + 10});
+    EXPECT_TRUE(palette.isVisible());
+    world.click({5, 5});
+    EXPECT_FALSE(palette.isVisible());
+}
+
+TEST_F(PickerPanelTest, AClickCopiesMarksOrExtends) {
+    palette.show();
+    palette.cardClicked(1, Qt::NoModifier);
+    EXPECT_EQ(onPasteboard(), "two");
+    EXPECT_TRUE(palette.isVisible());
+    EXPECT_TRUE(world.syntheticKeys().strokes().empty());
+    palette.cardClicked(2, Qt::ControlModifier);
+    EXPECT_THAT(model.selection(), testing::ElementsAre(2));
+    palette.cardClicked(0, Qt::ShiftModifier);
+    EXPECT_THAT(model.selection(), testing::ElementsAre(0, 1, 2));
+    palette.cardClicked(7, Qt::NoModifier);
+    EXPECT_EQ(onPasteboard(), "two");
+    palette.cardDoubleClicked(2);
+    EXPECT_FALSE(palette.isVisible());
+    EXPECT_EQ(onPasteboard(), "three");
+}
+
+TEST_F(PickerPanelTest, KeysAreNotItsOwnWhileAnotherHoldsTheKeyboard) {
+    palette.show();
+    world.panels().setKeyboardHeldElsewhere(true);
+    EXPECT_EQ(escape(), Delivery::passed);
+    EXPECT_TRUE(palette.isVisible());
+}
+
+TEST_F(PickerPanelTest, WhereNoPanelCanBeShownNothingIsLeftBehind) {
+    world.panels().setShows(false);
+    palette.show();
+    EXPECT_FALSE(palette.isVisible());
+    EXPECT_FALSE(model.isActive());
+    EXPECT_FALSE(world.eventMonitors().hasLocalMonitors());
+}
+
+TEST_F(PickerPanelTest, PauseIsSwitchedAndTold) {
+    palette.show();
+    world.press(key::j, {.command = true}, "j");
+    EXPECT_TRUE(settings.capturePaused());
+    world.press(key::j, {.command = true}, "j");
+    EXPECT_FALSE(settings.capturePaused());
+    EXPECT_THAT(hud.lines, testing::ElementsAre(testing::Pair("Capture paused", "pause.circle.fill"),
+                                                testing::Pair("Capture resumed", "record.circle")));
+}
+
+}  // namespace
+}  // namespace brimquill
