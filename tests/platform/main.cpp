@@ -5,8 +5,11 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
+#include <QWindow>
 
 #include <gtest/gtest.h>
+
+#include <string>
 
 namespace brimquill::platform {
 
@@ -59,6 +62,30 @@ private:
     QProcess server_, manager_;
 };
 
+/// Whether the window manager manages a window now. One that is taking over yet may leave a window that was made
+/// meanwhile unmapped for ever, so each attempt makes its own.
+bool managesAWindow(int milliseconds) {
+    QWindow probe;
+    probe.resize(50, 50);
+    probe.show();
+    const auto command =
+        "xprop -id " + std::to_string(probe.winId()) + " WM_STATE 2>&1 | grep -q 'window state: Normal'";
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < milliseconds) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        if (brimquill::platform::runCommand(command) == 0) return true;
+    }
+    return false;
+}
+
+bool waitForWindowManager() {
+    for (const int milliseconds : {500, 1000, 2000, 4000, 8000, 16000}) {
+        if (managesAWindow(milliseconds)) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -73,5 +100,7 @@ int main(int argc, char** argv) {
     TestDisplay display;
     if (!display.start()) return 2;
     QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    if (!waitForWindowManager()) return 3;
     return RUN_ALL_TESTS();
 }
