@@ -47,6 +47,15 @@ int endSignals() {
     return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
+/// True while the run loop runs.
+bool isRunning = false;
+
+/// Qt ends the process from within the run loop when the display is lost. The objects of the program still stand then,
+/// and threads use them: what `exit` would tear down under them goes with the process instead.
+void endAtOnceWhileRunning() {
+    if (isRunning) _exit(EXIT_FAILURE);
+}
+
 int runApplication(int argc, char** argv, int signals, ClipStore& store, AppSettings& settings,
                    platform::Services*& services) {
     setenv("QT_QUICK_BACKEND", "software", 0);
@@ -64,7 +73,10 @@ int runApplication(int argc, char** argv, int signals, ClipStore& store, AppSett
         QSocketNotifier ending(signals, QSocketNotifier::Read);
         QObject::connect(&ending, &QSocketNotifier::activated, &application, &QApplication::quit);
         delegate.applicationDidFinishLaunching();
+        std::atexit(endAtOnceWhileRunning);
+        isRunning = true;
         status = QApplication::exec();
+        isRunning = false;
     }
     services = nullptr;
     return status;
