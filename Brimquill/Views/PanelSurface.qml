@@ -34,7 +34,8 @@ Item {
         radius: Theme.panelRadius
         color: Theme.surface
         border.width: 1
-        border.color: Theme.hairline
+        // Where nothing shows through, a border that does would be drawn on black.
+        border.color: Theme.translucent ? Theme.hairline : Theme.edge
 
         Item {
             id: body

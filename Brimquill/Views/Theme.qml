@@ -13,6 +13,7 @@ QtObject {
     readonly property color cardBody: dark ? "#2A2B2F" : "#FFFFFF"
     readonly property color field: dark ? Qt.rgba(1, 1, 1, 0.09) : Qt.rgba(0, 0, 0, 0.06)
     readonly property color hairline: dark ? Qt.rgba(1, 1, 1, 0.12) : Qt.rgba(0, 0, 0, 0.10)
+    readonly property color edge: dark ? "#3A3B40" : "#D4D6DA"
     readonly property color primaryText: dark ? "#EDEEF0" : "#1C1D21"
     readonly property color secondaryText: dark ? "#A6A9B2" : "#63666E"
     readonly property color accentFill: appearance.accentFill

@@ -1,7 +1,7 @@
 import QtQuick
 import "qrc:/brimquill/Views"
 
-// What can be pressed, in one line; what does not fit is left out from the end.
+// What can be pressed now, in one line; what does not fit is left out from the end.
 Item {
     height: Theme.hintHeight
 
@@ -36,7 +36,7 @@ Item {
 
             Repeater {
                 model: ["click copy · ↩ paste", "⌘/⇧-click multi-select", "⌘M recent · ⌘L links · ⌘I images · ⌘G gifs · ⌘S shots",
-                        "⌘←→ scopes · ⌘E emoji", "⌘T tag · ⌘P file · ⌘J pause", "esc back", "drag out · right-click more"]
+                        "⌘←→ scopes · ⌘E emoji", "⌘J pause", "esc back"]
 
                 Text {
                     required property string modelData
