@@ -3,6 +3,7 @@
 #include "Brimquill/Palette/Thumbnails.h"
 #include "Brimquill/Surfaces/TourEvents.h"
 #include "BrimquillCore/Foundation/Log.h"
+#include "BrimquillCore/Foundation/Text.h"
 
 #include <QQmlEngine>
 #include <QQuickView>
@@ -211,6 +212,11 @@ void PickerPanelController::cardDoubleClicked(int index) {
     const auto item = model.items()[static_cast<std::size_t>(index)];
     close();
     environment_.actions.deliver({item}, PickerActions::Delivery::paste);
+}
+
+QString PickerPanelController::pasteboardText() const {
+    const auto text = environment_.services.pasteboard().string();
+    return text ? QString::fromStdString(text::replacingNewlines(*text, " ")) : QString();
 }
 
 }  // namespace brimquill

@@ -47,6 +47,8 @@ public:
     /// A click on a card: with ⌘ or ⇧ it chooses, plain it copies. A double click pastes.
     Q_INVOKABLE void cardClicked(int index, int modifiers);
     Q_INVOKABLE void cardDoubleClicked(int index);
+    /// The text on the pasteboard, for the query field; read beforehand, so that no program is waited for.
+    Q_INVOKABLE QString pasteboardText() const;
 
 Q_SIGNALS:
     /// The palette comes up: views start from their beginning and may animate.

@@ -3,6 +3,8 @@
 #include "Brimquill/Views/ShadowImage.h"
 #include "BrimquillCore/Foundation/Log.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlError>
@@ -17,6 +19,9 @@ ViewHost::~ViewHost() = default;
 QQmlEngine& ViewHost::engine() {
     if (engine_) return *engine_;
     engine_ = std::make_unique<QQmlEngine>();
+    // Text fields would ask the clipboard's owner what it has at each change of it, and wait for the answer: a program
+    // that does not give one would stop the interface for seconds.
+    QGuiApplication::clipboard()->blockSignals(true);
     engine_->setOutputWarningsToStandardError(false);
     QObject::connect(engine_.get(), &QQmlEngine::warnings, engine_.get(), [](const QList<QQmlError>& warnings) {
         for (const QQmlError& warning : warnings)

@@ -44,7 +44,7 @@ X11HotKeys::X11HotKeys(xcb_connection_t* interface, X11Connection& connection, X
     : interface_(interface), connection_(connection), input_(input), runLoop_(runLoop) {
     QCoreApplication::instance()->installNativeEventFilter(this);
     inputToken_ = input_.observe([this](const X11RawInput::Input& seen) {
-        if (seen.kind == X11RawInput::Input::Kind::keyRelease) down_.erase(seen.detail);
+        if (seen.kind == X11RawInput::Input::Kind::keyRelease) released_[seen.detail] = seen.serverTime;
     });
     mappingToken_ = input_.observeMapping([this] {
         constexpr double untilBurstIsOver = 0.1;
@@ -116,6 +116,16 @@ bool X11HotKeys::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
     return keyPressed(*reinterpret_cast<const xcb_key_press_event_t*>(event));
 }
 
+/// The release comes by another connection, maybe before the press that it belongs to is heard of here: the times tell.
+/// Where releases cannot be seen, a repeat is told by its haste.
+bool X11HotKeys::isRepeat(std::uint8_t keycode, std::uint32_t before, std::uint32_t now) const {
+    constexpr std::uint32_t longestRepeat = 700;
+    if (before == 0) return false;
+    if (!input_.isAvailable()) return now - before < longestRepeat;
+    const auto released = released_.find(keycode);
+    return released == released_.end() || static_cast<std::int32_t>(released->second - before) < 0;
+}
+
 /// The window is not compared: while one of our panels holds the keyboard, the same press goes to the panel.
 bool X11HotKeys::keyPressed(const xcb_key_press_event_t& press) {
     const std::uint16_t mask = press.state & x11_modifiers::compared;
@@ -123,14 +133,9 @@ bool X11HotKeys::keyPressed(const xcb_key_press_event_t& press) {
         return entry.second.mask == mask && entry.second.keycodes.count(press.detail) > 0;
     });
     if (found == grabs_.end()) return false;
-    // The release comes by another connection; where that is missing, a repeat is told by its haste.
     input_.catchUp();
-    constexpr double longestRepeat = 0.7;
-    const double at = press.time / 1000.0;
-    const auto before = down_.find(press.detail);
-    const bool isRepeat = before != down_.end() && (input_.isAvailable() || at - before->second < longestRepeat);
-    down_[press.detail] = at;
-    if (!isRepeat) {
+    const auto before = std::exchange(pressed_[press.detail], press.time);
+    if (!isRepeat(press.detail, before, press.time)) {
         runLoop_.async([handler = found->second.handler] { handler(); });
     }
     return true;

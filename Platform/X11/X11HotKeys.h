@@ -36,6 +36,7 @@ private:
     bool grabKeys(const Grab& grab);
     void ungrabKeys(const Grab& grab);
     void regrab();
+    bool isRepeat(std::uint8_t keycode, std::uint32_t before, std::uint32_t now) const;
 
     xcb_connection_t* interface_;
     X11Connection& connection_;
@@ -43,8 +44,9 @@ private:
     RunLoop& runLoop_;
     std::map<int, Grab> grabs_;
     int nextId_ = 1;
-    /// Keys that went down and have not come up: further presses of them are repeats.
-    std::map<std::uint8_t, double> down_;
+    /// When each key last went down for a hot key and came up, in the server's time: a further press of one that has
+    /// not come up since is a repeat.
+    std::map<std::uint8_t, std::uint32_t> pressed_, released_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Token inputToken_, mappingToken_, regrabTimer_;
 };

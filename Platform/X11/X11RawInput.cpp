@@ -140,6 +140,7 @@ void X11RawInput::handleRaw(const xcb_ge_generic_event_t& event) {
     const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
     input.detail = static_cast<std::uint8_t>(raw.detail);
     input.uptime = uptimeOf(raw.time);
+    input.serverTime = raw.time;
     const bool isSynthetic = raw.sourceid == syntheticKeyboard_;
     if (input.kind == Input::Kind::keyPress && isSynthetic && injected_.takeOwn(input.detail)) return;
     inputs_.callAll(input);

@@ -18,8 +18,9 @@ public:
         enum class Kind { keyPress, keyRelease, buttonPress };
         Kind kind = Kind::keyPress;
         std::uint8_t detail = 0;
-        /// When the server saw it, on the `uptime` clock.
+        /// When the server saw it, on the `uptime` clock and on its own, in milliseconds.
         double uptime = 0;
+        std::uint32_t serverTime = 0;
     };
 
     explicit X11RawInput(X11InjectedKeys& injected);

@@ -52,29 +52,18 @@ class CopiesOfText(DesktopCase):
             self.session.run("xdotool", "mousemove", "--window", window, "20", str(8 + 13 * line))
             self.session.run("xdotool", "click", "--repeat", "3", "--delay", "60", "1")
 
-        select(0)
-        wait_for(lambda: b"selected-by-mouse" in self.session.paste(), what="the selection on the clipboard")
-        self.session.copy("afterwards")
-        self.wait_for_row("SELECT 1 FROM clips WHERE text = 'afterwards'")
-        self.assertEqual([], self.session.query("SELECT text FROM clips WHERE text LIKE 'selected-by-mouse%'"))
-
+        for line, word in enumerate((b"selected-by-mouse", b"asked-for")):
+            select(line)
+            wait_for(lambda: word in self.session.paste(), what="the selection on the clipboard")
         self.session.keys("ctrl+shift+c")
-        select(1)
         row = self.wait_for_row("SELECT source_bundle_id FROM clips WHERE text LIKE 'asked-for%'")
         self.assertEqual(TERMINAL, row[0])
+        self.assertEqual([], self.session.query("SELECT text FROM clips WHERE text LIKE 'selected-by-mouse%'"))
 
 
 class CopiesOfPicturesAndFiles(DesktopCase):
     def image(self):
         return pathlib.Path(self.wait_for_row("SELECT image_path FROM clips WHERE kind = 'image'")[0])
-
-    def test_a_large_picture_arrives_unchanged(self):
-        picture = png(2800, 2500, incompressible=True)
-        self.assertGreater(len(picture), 20_000_000)
-        self.session.copy(picture, "image/png")
-        stored = self.image()
-        self.assertEqual(picture, stored.read_bytes())
-        self.assertEqual(0o600, stored.stat().st_mode & 0o777)
 
     def test_a_gif_keeps_its_bytes(self):
         self.session.copy(GIF, "image/gif")

@@ -66,7 +66,8 @@ class DesktopCase(unittest.TestCase):
     def keep_screenshot(self):
         """Keeps how the screen looked at the end, for whoever has to find out why a test failed."""
         folder = os.environ.get("BRIMQUILL_SCREENSHOTS")
-        if folder:
+        server = self.session.services[0]
+        if folder and server.running():
             self.session.screenshot(pathlib.Path(folder) / f"{self.id()}.png")
 
     def wait_for_row(self, sql, *values):

@@ -64,6 +64,14 @@ FocusScope {
                 color: Theme.primaryText
                 text: cheatSheet.query
                 onTextEdited: cheatSheet.query = text
+                Keys.onPressed: event => {
+                    if (event.matches(StandardKey.Paste)) {
+                        remove(selectionStart, selectionEnd)
+                        insert(cursorPosition, panel.pasteboardText())
+                        cheatSheet.query = text
+                        event.accepted = true
+                    }
+                }
                 Component.onCompleted: cheatSheet.query = ""
             }
         }

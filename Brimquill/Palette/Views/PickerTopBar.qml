@@ -42,6 +42,14 @@ Item {
             Accessible.role: Accessible.EditableText
             Accessible.name: placeholder.text
             onTextEdited: picker.searchText = text
+            Keys.onPressed: event => {
+                if (event.matches(StandardKey.Paste)) {
+                    remove(selectionStart, selectionEnd)
+                    insert(cursorPosition, panel.pasteboardText())
+                    picker.searchText = text
+                    event.accepted = true
+                }
+            }
             cursorDelegate: Rectangle {
                 width: 2
                 color: Theme.accentInk
