@@ -42,15 +42,16 @@ class CopiesOfText(DesktopCase):
 
     def test_a_terminal_copy_counts_only_when_it_was_asked_for(self):
         translations = "*VT100.translations: #override Ctrl Shift <Key>C: copy-selection(CLIPBOARD)"
-        self.session.start("xterm", "-xrm", "*selectToClipboard: true", "-xrm", translations, "-geometry", "60x10+0+0",
+        self.session.start("xterm", "-xrm", "*selectToClipboard: true", "-xrm", "*multiClickTime: 1", "-xrm", translations,
+                           "-geometry", "60x10+0+0",
                            "-e", "sh", "-c", "echo selected-by-mouse; echo asked-for; exec cat")
         window = self.session.wait_window(window_class="XTerm")
         self.session.activate(window)
 
         def select(line):
-            # A double click takes the word under the pointer, which here ends at the line's end.
-            self.session.run("xdotool", "mousemove", "--window", window, "20", str(8 + 13 * line))
-            self.session.run("xdotool", "click", "--repeat", "3", "--delay", "60", "1")
+            at = str(8 + 13 * line)
+            self.session.run("xdotool", "mousemove", "--window", window, "4", at, "mousedown", "1")
+            self.session.run("xdotool", "mousemove", "--window", window, "200", at, "mouseup", "1")
 
         for line, word in enumerate((b"selected-by-mouse", b"asked-for")):
             select(line)
