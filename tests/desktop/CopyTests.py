@@ -40,26 +40,32 @@ class CopiesOfText(DesktopCase):
         self.assertEqual("text", row[0])
         self.assertIn("mousepad", row[1].lower())
 
-    def test_a_terminal_copy_counts_only_when_it_was_asked_for(self):
+    def select_in_terminal(self, text, copies_on_select):
+        """Selects the text in an xterm of its own by a drag; that program."""
         translations = "*VT100.translations: #override Ctrl Shift <Key>C: copy-selection(CLIPBOARD)"
-        self.session.start("xterm", "-xrm", "*selectToClipboard: true", "-xrm", "*multiClickTime: 1", "-xrm", translations,
-                           "-geometry", "60x10+0+0",
-                           "-e", "sh", "-c", "echo selected-by-mouse; echo asked-for; exec cat")
+        terminal = self.session.start("xterm", "-xrm", f"*selectToClipboard: {copies_on_select}", "-xrm", translations,
+                                      "-geometry", "60x10+0+0", "-e", "sh", "-c", f"echo {text}; exec cat")
         window = self.session.wait_window(window_class="XTerm")
         self.session.activate(window)
 
-        def select(line):
-            at = str(8 + 13 * line)
-            self.session.run("xdotool", "mousemove", "--window", window, "4", at, "mousedown", "1")
-            self.session.run("xdotool", "mousemove", "--window", window, "200", at, "mouseup", "1")
+        def selected():
+            # A drag before the text is there selects nothing.
+            self.session.run("xdotool", "mousemove", "--window", window, "4", "8", "mousedown", "1")
+            self.session.run("xdotool", "mousemove", "--window", window, "300", "8", "mouseup", "1")
+            selection = "clipboard" if copies_on_select == "true" else "primary"
+            return text in self.session.run("xclip", "-selection", selection, "-out", check=False).decode()
+        wait_for(selected, what="the selection")
+        return terminal
 
-        for line, word in enumerate((b"selected-by-mouse", b"asked-for")):
-            select(line)
-            wait_for(lambda: word in self.session.paste(), what="the selection on the clipboard")
+    def test_a_terminal_copy_counts_only_when_it_was_asked_for(self):
+        terminal = self.select_in_terminal("selected-by-mouse", "true")
+        terminal.stop()
+        wait_for(lambda: not self.session.client_windows(), what="the terminal to go")
+        self.select_in_terminal("asked-for", "false")
         self.session.keys("ctrl+shift+c")
-        row = self.wait_for_row("SELECT source_bundle_id FROM clips WHERE text LIKE 'asked-for%'")
+        row = self.wait_for_row("SELECT source_bundle_id FROM clips WHERE text LIKE '%asked-for%'")
         self.assertEqual(TERMINAL, row[0])
-        self.assertEqual([], self.session.query("SELECT text FROM clips WHERE text LIKE 'selected-by-mouse%'"))
+        self.assertEqual([], self.session.query("SELECT text FROM clips WHERE text LIKE '%selected-by-mouse%'"))
 
 
 class CopiesOfPicturesAndFiles(DesktopCase):
