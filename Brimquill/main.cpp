@@ -56,6 +56,18 @@ void endAtOnceWhileRunning() {
     if (isRunning) _exit(EXIT_FAILURE);
 }
 
+QtMessageHandler defaultMessageHandler = nullptr;
+
+/// The toolkit says that the display is lost just before it ends the process; `exit` would by then take things from
+/// under its own threads as well.
+void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (isRunning && message.startsWith(QLatin1String("The X11 connection broke"))) {
+        log::write("the X display is lost");
+        _exit(EXIT_FAILURE);
+    }
+    defaultMessageHandler(type, context, message);
+}
+
 int runApplication(int argc, char** argv, int signals, ClipStore& store, AppSettings& settings,
                    platform::Services*& services) {
     setenv("QT_QUICK_BACKEND", "software", 0);
@@ -73,6 +85,7 @@ int runApplication(int argc, char** argv, int signals, ClipStore& store, AppSett
         QSocketNotifier ending(signals, QSocketNotifier::Read);
         QObject::connect(&ending, &QSocketNotifier::activated, &application, &QApplication::quit);
         delegate.applicationDidFinishLaunching();
+        defaultMessageHandler = qInstallMessageHandler(handleMessage);
         std::atexit(endAtOnceWhileRunning);
         isRunning = true;
         status = QApplication::exec();

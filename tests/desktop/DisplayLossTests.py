@@ -32,3 +32,4 @@ class DisplayLoss(DesktopCase):
 
         wait_for(lambda: not program.running(), what="the program to end")
         self.assertEqual(1, program.stop())
+        self.assertIn("Brimquill: the X display is lost", program.error_lines())
