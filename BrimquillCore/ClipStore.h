@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <limits>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -172,6 +173,8 @@ public:
     std::set<std::int64_t> descendantIds(std::int64_t id);
     int clipCount(std::int64_t folderId);
     int subtreeClipCount(std::int64_t folderId);
+    /// `clipCount` of every folder that has clips, by its id, from one read.
+    std::map<std::int64_t, int> clipCounts();
     void renameFolder(std::int64_t id, const std::string& name);
     void setFolderColor(std::int64_t id, const std::optional<std::string>& color);
     /// False, and nothing changed, when the new parent is the folder itself or lies below it.

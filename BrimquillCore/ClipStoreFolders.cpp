@@ -1,20 +1,10 @@
 #include "BrimquillCore/ClipStore.h"
 #include "BrimquillCore/ClipStoreStatement.h"
+#include "BrimquillCore/FolderTree.h"
 #include "BrimquillCore/Foundation/Text.h"
 #include "BrimquillCore/Foundation/Uuid.h"
 
-#include <algorithm>
-
 namespace brimquill {
-namespace {
-
-const ClipFolder* find(const std::vector<ClipFolder>& folders, std::int64_t id) {
-    const auto found = std::find_if(folders.begin(), folders.end(), [id](const auto& f) { return f.id == id; });
-    return found == folders.end() ? nullptr : &*found;
-}
-
-}  // namespace
-
 std::vector<ClipFolder> ClipStore::folders() {
     std::vector<ClipFolder> folders;
     sqlite::Statement statement(
@@ -61,30 +51,12 @@ std::int64_t ClipStore::insertFolder(const std::string& name, std::optional<std:
 }
 
 std::string ClipStore::path(const ClipFolder& folder) {
-    const auto all = folders();
-    std::string path = folder.name;
-    const ClipFolder* current = &folder;
-    // As many steps as there are folders: what other machines send may hold a cycle.
-    for (std::size_t steps = 0; current->parentId && steps < all.size(); ++steps) {
-        current = find(all, *current->parentId);
-        if (!current) break;
-        path = current->name + "/" + path;
-    }
-    return path;
+    return FolderTree(folders()).path(folder);
 }
 
 std::set<std::int64_t> ClipStore::descendantIds(std::int64_t id) {
-    const auto all = folders();
-    std::set<std::int64_t> ids{id};
-    std::vector<std::int64_t> pending{id};
-    while (!pending.empty()) {
-        const auto parent = pending.back();
-        pending.pop_back();
-        for (const auto& folder : all) {
-            if (folder.parentId == parent && ids.insert(folder.id).second) pending.push_back(folder.id);
-        }
-    }
-    return ids;
+    const auto ids = FolderTree(folders()).subtreeIds(id);
+    return {ids.begin(), ids.end()};
 }
 
 int ClipStore::clipCount(std::int64_t folderId) {
@@ -98,6 +70,16 @@ int ClipStore::subtreeClipCount(std::int64_t folderId) {
     for (const auto id : descendantIds(folderId))
         count += clipCount(id);
     return count;
+}
+
+std::map<std::int64_t, int> ClipStore::clipCounts() {
+    std::map<std::int64_t, int> counts;
+    sqlite::Statement statement(*db_,
+                                "SELECT folder_id, COUNT(*) FROM clips WHERE folder_id IS NOT NULL AND deleted = 0\n"
+                                "GROUP BY folder_id");
+    while (statement.step())
+        counts.emplace(statement.integer(0), static_cast<int>(statement.integer(1)));
+    return counts;
 }
 
 void ClipStore::renameFolder(std::int64_t id, const std::string& name) {
@@ -119,8 +101,8 @@ bool ClipStore::moveFolder(std::int64_t id, std::optional<std::int64_t> newParen
 
 void ClipStore::deleteFolder(std::int64_t id) {
     const std::string now = sqlite::sqlText(clock_());
-    const auto all = folders();
-    const ClipFolder* const folder = find(all, id);
+    const FolderTree tree(folders());
+    const auto* const folder = tree.find(id);
     const std::string parent = sqlite::sqlText(folder ? folder->parentId : std::nullopt);
     db_->exec("UPDATE folders SET parent_id = " + parent + ", modified_at = " + now +
               " WHERE parent_id = " + sqlite::sqlText(id));

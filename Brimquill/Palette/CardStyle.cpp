@@ -114,23 +114,16 @@ CardColor CardStyle::folderColor(const ClipFolder& folder, const std::string& pa
     };
     if (const auto color = own(folder)) return *color;
     const auto root = firstComponent(path);
-    for (const auto& candidate : folders()) {
-        if (candidate.parentId || candidate.name != root) continue;
+    for (const auto at : folders().children(std::nullopt)) {
+        const auto& candidate = folders().folders()[at];
+        if (candidate.name != root) continue;
         if (const auto color = own(candidate)) return *color;
     }
     return palette(root);
 }
 
 std::string CardStyle::path(const ClipFolder& folder) {
-    auto path = folder.name;
-    auto parentId = folder.parentId;
-    for (std::size_t steps = 0; parentId && steps < folders().size(); ++steps) {
-        const auto* parent = this->folder(*parentId);
-        if (parent == nullptr) break;
-        path = parent->name + "/" + path;
-        parentId = parent->parentId;
-    }
-    return path;
+    return folders().path(folder);
 }
 
 CardStyle::Header CardStyle::header(const ClipItem& item) {
@@ -154,7 +147,7 @@ CardStyle::Header CardStyle::header(const ClipItem& item) {
         return {"Text", known("orange")};
     };
     auto header = ofKind();
-    if (const auto* filed = item.folderId ? folder(*item.folderId) : nullptr) {
+    if (const auto* filed = item.folderId ? folders().find(*item.folderId) : nullptr) {
         header.color = folderColor(*filed, path(*filed));
     }
     return header;
@@ -182,15 +175,9 @@ CardColor CardStyle::color(const PickerFilter& filter) {
     return secondary;
 }
 
-const std::vector<ClipFolder>& CardStyle::folders() {
-    if (!folders_) folders_ = store_.folders();
+const FolderTree& CardStyle::folders() {
+    if (!folders_) folders_ = FolderTree(store_.folders());
     return *folders_;
-}
-
-const ClipFolder* CardStyle::folder(std::int64_t id) {
-    const auto& all = folders();
-    const auto found = std::find_if(all.begin(), all.end(), [id](const ClipFolder& f) { return f.id == id; });
-    return found == all.end() ? nullptr : &*found;
 }
 
 }  // namespace brimquill

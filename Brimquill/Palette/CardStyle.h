@@ -2,6 +2,7 @@
 
 #include "Brimquill/Palette/PickerFilter.h"
 #include "BrimquillCore/ClipStore.h"
+#include "BrimquillCore/FolderTree.h"
 
 #include <optional>
 #include <string>
@@ -46,11 +47,10 @@ public:
     CardColor color(const PickerFilter& filter);
 
 private:
-    const std::vector<ClipFolder>& folders();
-    const ClipFolder* folder(std::int64_t id);
+    const FolderTree& folders();
 
     ClipStore& store_;
-    std::optional<std::vector<ClipFolder>> folders_;
+    std::optional<FolderTree> folders_;
     NotificationCenter::Observation observation_;
 };
 

@@ -1,9 +1,9 @@
 #include "Brimquill/Palette/ScopeCatalog.h"
 
+#include "BrimquillCore/FolderTree.h"
 #include "BrimquillCore/Foundation/Text.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 namespace brimquill {
 namespace {
@@ -11,25 +11,11 @@ namespace {
 constexpr std::size_t storedRecents = 6;
 constexpr std::size_t consideredRecents = 4;
 
-/// The slash path of every folder, from one read of them all.
 std::vector<scope::Folder> foldersByPath(ClipStore& store) {
-    const auto folders = store.folders();
-    std::unordered_map<std::int64_t, const ClipFolder*> byId;
-    for (const auto& folder : folders)
-        byId.emplace(folder.id, &folder);
+    const FolderTree tree(store.folders());
     std::vector<scope::Folder> result;
-    for (const auto& folder : folders) {
-        auto path = folder.name;
-        const auto* at = &folder;
-        // No path is longer than there are folders, whatever a damaged tree says.
-        for (std::size_t steps = 0; at->parentId && steps < folders.size(); ++steps) {
-            const auto parent = byId.find(*at->parentId);
-            if (parent == byId.end()) break;
-            at = parent->second;
-            path = at->name + "/" + path;
-        }
-        result.push_back({folder, path});
-    }
+    for (const auto& folder : tree.folders())
+        result.push_back({folder, tree.path(folder)});
     std::stable_sort(result.begin(), result.end(), [](const auto& a, const auto& b) {
         return text::localizedCaseInsensitiveCompare(a.path, b.path) < 0;
     });
@@ -51,6 +37,14 @@ void ScopeCatalog::rebuild() {
         if (!topTag_) topTag_ = tag;
         entries_.emplace_back(scope::Tag{tag});
     }
+}
+
+std::set<std::int64_t> ScopeCatalog::folderIds() const {
+    std::set<std::int64_t> ids;
+    for (const auto& entry : entries_) {
+        if (const auto* folder = std::get_if<scope::Folder>(&entry)) ids.insert(folder->folder.id);
+    }
+    return ids;
 }
 
 std::optional<PickerFilter> ScopeCatalog::find(const std::string& key) const {

@@ -5,6 +5,7 @@
 #include "Platform/UserDefaults.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,8 @@ public:
     const std::vector<PickerFilter>& entries() const { return entries_; }
     /// The most used tag; nothing when there are no tags.
     const std::optional<std::string>& topTag() const { return topTag_; }
+    /// The ids of all pinboards.
+    std::set<std::int64_t> folderIds() const;
     /// The entry of this key; nothing when there is none.
     std::optional<PickerFilter> find(const std::string& key) const;
 

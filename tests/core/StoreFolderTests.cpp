@@ -81,6 +81,8 @@ TEST_F(StoreFolders, CountsLeaveOutWhatIsDeleted) {
     EXPECT_EQ(inWork, 1);
     EXPECT_EQ(store.subtreeClipCount(work.id), inWork + inClients);
     EXPECT_EQ(store.clipCount(999), 0);
+    insertText("not filed");
+    EXPECT_EQ(store.clipCounts(), (std::map<std::int64_t, int>{{work.id, inWork}, {clients.id, inClients}}));
     database.run("UPDATE folders SET deleted = 1 WHERE id = " + std::to_string(clients.id));
     EXPECT_EQ(store.subtreeClipCount(work.id), inWork);
     EXPECT_EQ(store.path(clients), "Work/Clients");
