@@ -32,7 +32,8 @@ PickerModel::PickerModel(Environment environment)
       runLoop_(environment.runLoop),
       stackIds_(std::move(environment.stackIds)),
       catalog_(environment.store, environment.defaults),
-      style_(environment.store, environment.center) {
+      style_(environment.store, environment.center),
+      explorer_({store_, center_, style_, this, [this](const PickerFilter& filter) { chooseScope(filter); }}) {
     observation_ = center_.observe(ClipStore::didChangeNotification, &store_, [this](const Notification&) {
         runLoop_.async([alive = std::weak_ptr<bool>(alive_), this] {
             if (!alive.expired()) storeChanged();
@@ -84,7 +85,10 @@ void PickerModel::toggleType(ContentType type) {
 
 void PickerModel::jumpToTopTag() {
     if (!catalog_.topTag()) return;
-    const PickerFilter filter = scope::Tag{*catalog_.topTag()};
+    chooseScope(scope::Tag{*catalog_.topTag()});
+}
+
+void PickerModel::chooseScope(const PickerFilter& filter) {
     catalog_.recordRecent(filter);
     setFilter(filter);
 }
@@ -107,6 +111,7 @@ bool PickerModel::isFiltered() const {
 
 void PickerModel::reset() {
     catalog_.rebuild();
+    explorer_.reset(catalog_.folderIds());
     query_.filter = scope::Clipboard{};
     setSearchText({});
 }
@@ -139,6 +144,7 @@ void PickerModel::reloadItems() {
         query_.filter = scope::Clipboard{};
     }
     refresh();
+    explorer_.updateView();
     markArrival(before);
 }
 
@@ -265,9 +271,7 @@ void PickerModel::markArrival(const std::set<std::int64_t>& before) {
 void PickerModel::chipClicked(int index) {
     const auto all = chips();
     if (index < 0 || index >= static_cast<int>(all.size())) return;
-    const auto& chip = all[static_cast<std::size_t>(index)];
-    catalog_.recordRecent(chip);
-    setFilter(chip);
+    chooseScope(all[static_cast<std::size_t>(index)]);
 }
 
 void PickerModel::chipCleared() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Brimquill/Palette/ClipListModel.h"
+#include "Brimquill/Palette/Explorer.h"
 #include "Brimquill/Palette/PickerQuery.h"
 #include "Brimquill/Palette/PictureSizes.h"
 #include "Brimquill/Palette/ScopeCatalog.h"
@@ -25,6 +26,7 @@ class PickerModel final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString searchText READ searchTextForView WRITE setSearchTextFromView NOTIFY searchTextChanged)
     Q_PROPERTY(brimquill::ClipListModel* cards READ cards CONSTANT)
+    Q_PROPERTY(brimquill::Explorer* explorer READ explorerForView CONSTANT)
     Q_PROPERTY(int selectedIndex READ selectedIndex NOTIFY selectedIndexChanged)
     Q_PROPERTY(QVariantList chips READ chipsForView NOTIFY chipsChanged)
     Q_PROPERTY(QVariantList types READ typesForView NOTIFY chipsChanged)
@@ -66,6 +68,9 @@ public:
     /// Clears query, type and scope.
     void showMostRecent();
     bool isFiltered() const;
+    /// Makes the scope the chosen one, and remembers it among the recent ones if it is a pinboard or a tag.
+    void chooseScope(const PickerFilter& filter);
+    Explorer& explorer() { return explorer_; }
 
     /// Prepares for a new appearance: no query, the plain history; a chosen type stays.
     void reset();
@@ -107,6 +112,7 @@ public:
     Q_INVOKABLE void clearClicked() { showMostRecent(); }
     QString searchTextForView() const { return QString::fromStdString(query_.text); }
     void setSearchTextFromView(const QString& text) { setSearchText(text.toStdString()); }
+    Explorer* explorerForView() { return &explorer_; }
     ClipListModel* cards() { return &cards_; }
     QVariantList chipsForView() const { return chipsShown_; }
     QVariantList typesForView() const { return typesShown_; }
@@ -141,6 +147,7 @@ private:
     std::function<std::vector<std::int64_t>()> stackIds_;
     ScopeCatalog catalog_;
     CardStyle style_;
+    Explorer explorer_;
     PictureSizes pictureSizes_;
     ClipListModel cards_;
     QVariantList chipsShown_, typesShown_;

@@ -104,8 +104,10 @@ platform::Rect PickerPanelController::frame() const {
 bool PickerPanelController::handle(const platform::Event& event) {
     // With a panel of ours in front of the palette, the keys are that panel's.
     if (!isVisible_ || !panel_->isKey()) return false;
-    const auto& model = environment_.model;
-    const auto action = pickerAction(event, {.selectionEmpty = model.selection().empty()});
+    auto& model = environment_.model;
+    const auto action = pickerAction(event, {.explorerOpen = model.explorer().explorerOpen(),
+                                             .explorerSearchEmpty = model.explorer().explorerSearch().empty(),
+                                             .selectionEmpty = model.selection().empty()});
     if (action == PickerAction(Simple::pass)) return false;
     perform(action);
     return true;
@@ -129,8 +131,7 @@ void PickerPanelController::perform(const PickerAction& action) {
                               model.select(quick.number - 1);
                               pasteSelected(PickerActions::Delivery::paste);
                           },
-                          // Belongs to a room that does not stand yet; the key means nothing else meanwhile.
-                          [](picker_action::ExplorerMove) {}},
+                          [&](picker_action::ExplorerMove move) { model.explorer().explorerMove(move.delta); }},
                action);
 }
 
@@ -158,18 +159,23 @@ void PickerPanelController::performSimple(Simple action) {
             return model.showMostRecent();
         case Simple::backOut:
             return backOut();
+        case Simple::toggleExplorer:
+            return model.explorer().setExplorerOpen(!model.explorer().explorerOpen());
+        case Simple::explorerActivate:
+            return model.explorer().explorerActivate();
+        case Simple::explorerClose:
+            return model.explorer().setExplorerOpen(false);
+        case Simple::explorerCollapse:
+            return model.explorer().explorerCollapse();
+        case Simple::explorerExpand:
+            return model.explorer().explorerExpand();
         case Simple::openSelected:
             if (actions.openSelected()) close();
             return;
         case Simple::pass:
-        // Explorer and filing are rooms that do not stand yet; their keys mean nothing else meanwhile.
-        case Simple::toggleExplorer:
+        // Filing is a room that does not stand yet; its keys mean nothing else meanwhile.
         case Simple::organizeTags:
         case Simple::organizePinboard:
-        case Simple::explorerActivate:
-        case Simple::explorerClose:
-        case Simple::explorerCollapse:
-        case Simple::explorerExpand:
             return;
     }
 }

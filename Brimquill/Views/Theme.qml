@@ -41,6 +41,8 @@ QtObject {
     readonly property int gap: 8
     readonly property int cardGap: 14
 
+    readonly property int rowHeight: 24
+
     // Radii
     readonly property int panelRadius: 16
     readonly property int cardRadius: 12

@@ -112,6 +112,38 @@ TEST_F(PickerPanelTest, LettersReachTheFieldAndReturnOnNothingStays) {
     EXPECT_TRUE(palette.isVisible());
 }
 
+TEST_F(PickerPanelTest, TheOpenExplorerHasTheKeys) {
+    for (const auto* path : {"Board/Inner", "Other"})
+        store.folder(path);
+    auto& explorer = model.explorer();
+    palette.show();
+    EXPECT_EQ(world.press(key::f, {.command = true}, "f"), Delivery::swallowed);
+    EXPECT_TRUE(explorer.explorerOpen());
+    EXPECT_EQ(world.press(key::one, {.command = true}, "1"), Delivery::passed);
+    EXPECT_EQ(world.press(key::o, {}, "o"), Delivery::passed);
+    world.press(key::down);
+    world.press(key::left);
+    EXPECT_EQ(explorer.explorerRows().size(), 5U) << "Board is closed: two headers, two pinboards, one kind";
+    world.press(key::right);
+    world.press(key::down);
+    EXPECT_EQ(explorer.explorerSelection(), 2);
+    world.press(key::up);
+    EXPECT_EQ(explorer.explorerSelection(), 1);
+    explorer.setExplorerSearch("o");
+    EXPECT_EQ(world.press(key::left), Delivery::passed) << "the caret's";
+    EXPECT_EQ(escape(), Delivery::swallowed);
+    EXPECT_FALSE(explorer.explorerOpen());
+    EXPECT_TRUE(palette.isVisible());
+    world.press(key::f, {.command = true}, "f");
+    world.press(key::down);
+    EXPECT_EQ(world.press(key::returnKey), Delivery::swallowed);
+    EXPECT_EQ(brimquill::label(model.filter()), "Board");
+    EXPECT_TRUE(palette.isVisible());
+    world.press(key::f, {.command = true}, "f");
+    world.press(key::f, {.command = true}, "f");
+    EXPECT_FALSE(explorer.explorerOpen());
+}
+
 TEST_F(PickerPanelTest, AClickOutsideClosesIt) {
     palette.show();
     world.click({shownFrame().x + 10, shownFrame().y + 10});

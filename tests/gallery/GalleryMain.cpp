@@ -58,6 +58,8 @@ public:
                 draw("empty", 1200);
                 model_.setSearchText("a query that nothing in the hoard answers, however long it is typed");
                 draw("no-match", 1200);
+                model_.explorer().setExplorerOpen(true);
+                draw("explorer-empty", 1200);
                 fill();
             }
             drawAll();
@@ -89,6 +91,7 @@ private:
         model_.setCheatSheetOpen(true);
         draw("cheat-sheet", 1200);
         model_.setCheatSheetOpen(false);
+        drawExplorer();
         model_.showEmoji();
         model_.setSearchText("fa");
         draw("emoji", 1872);
@@ -97,6 +100,26 @@ private:
         model_.jumpToTopTag();
         draw("type", 1872);
         model_.toggleType(ContentType::link);
+    }
+
+    void drawExplorer() {
+        model_.reset();
+        auto& explorer = model_.explorer();
+        explorer.setExplorerOpen(true);
+        explorer.explorerMove(1);
+        draw("explorer", 1200);
+        for (int step = 0; step < 5; ++step)
+            explorer.explorerMove(1);
+        explorer.explorerCollapse();
+        draw("explorer-collapsed", 1200);
+        for (int step = 0; step < 12; ++step)
+            explorer.explorerMove(1);
+        draw("explorer-scrolled", 976);
+        explorer.setExplorerSearch("r");
+        explorer.explorerMove(1);
+        draw("explorer-search", 1200);
+        explorer.setExplorerSearch("nothing of that name");
+        draw("explorer-no-match", 1200);
     }
 
     void selectLast(ClipKind kind) {
@@ -154,8 +177,12 @@ private:
         store_.setPinned(store_.fetchHistory(1).front().id, true);
         store_.setTags(pinned, {"garden"});
         store_.createSnippet("Signature with a long name that is elided", "Kind regards,\nA. Writer");
-        for (const char* path : {"Work", "Work/Clients/Northern Lights GmbH/2026", "Recipes", "Travel"})
+        for (const char* path : {"Work", "Work/Clients/Northern Lights GmbH/2026", "Recipes", "Travel",
+                                 "Recipes/A pinboard whose name is so long that it cannot stand in one line", "سفر"})
             store_.folder(path);
+        const auto filed = store_.fetchHistory(9);
+        for (std::size_t at = 4; at < filed.size(); ++at)
+            store_.setFolder(filed[at].id, store_.folder(at % 2 == 0 ? "Work/Clients" : "Recipes").id);
         store_.setTags(store_.fetchHistory(2).back().id, {"garden", "letters"});
         for (const char* tag : {"garden", "letters"}) {
             model_.reset();

@@ -56,22 +56,12 @@ FocusScope {
                 name: "magnifyingglass"
                 color: Theme.secondaryText
             }
-            TextInput {
+            PaletteTextInput {
                 anchors { left: glass.right; right: parent.right; margins: 6; verticalCenter: parent.verticalCenter }
                 focus: true
-                clip: true
-                font.pixelSize: Theme.fieldSize
-                color: Theme.primaryText
                 text: cheatSheet.query
-                onTextEdited: cheatSheet.query = text
-                Keys.onPressed: event => {
-                    if (event.matches(StandardKey.Paste)) {
-                        remove(selectionStart, selectionEnd)
-                        insert(cursorPosition, panel.pasteboardText())
-                        cheatSheet.query = text
-                        event.accepted = true
-                    }
-                }
+                Accessible.name: heading.text
+                onEdited: cheatSheet.query = text
                 Component.onCompleted: cheatSheet.query = ""
             }
         }

@@ -36,7 +36,7 @@ Item {
 
             Repeater {
                 model: ["click copy · ↩ paste", "⌘/⇧-click multi-select", "⌘M recent · ⌘L links · ⌘I images · ⌘G gifs · ⌘S shots",
-                        "⌘←→ scopes · ⌘E emoji", "⌘J pause", "esc back"]
+                        "⌘←→ scopes · ⌘E emoji", "⌘T tag · ⌘P file · ⌘J pause", "esc back", "drag out · right-click more"]
 
                 Text {
                     required property string modelData

@@ -5,6 +5,8 @@ import "qrc:/brimquill/Views"
 Item {
     id: bar
 
+    readonly property Item filterButton: filter
+
     function takeFocus() {
         query.forceActiveFocus()
     }
@@ -27,46 +29,43 @@ Item {
             name: "magnifyingglass"
             color: Theme.secondaryText
         }
-        TextInput {
+        PaletteTextInput {
             id: query
 
             anchors { left: glass.right; right: parent.right; margins: Theme.gap - 2; verticalCenter: parent.verticalCenter }
-            clip: true
             focus: true
-            font.pixelSize: Theme.fieldSize
-            color: Theme.primaryText
-            selectionColor: Theme.accentFill
-            selectedTextColor: "white"
-            selectByMouse: true
+            placeholder: "Search text, #tags, apps…"
             text: picker.searchText
-            Accessible.role: Accessible.EditableText
-            Accessible.name: placeholder.text
-            onTextEdited: picker.searchText = text
-            Keys.onPressed: event => {
-                if (event.matches(StandardKey.Paste)) {
-                    remove(selectionStart, selectionEnd)
-                    insert(cursorPosition, panel.pasteboardText())
-                    picker.searchText = text
-                    event.accepted = true
-                }
-            }
-            cursorDelegate: Rectangle {
-                width: 2
-                color: Theme.accentInk
-                visible: query.cursorVisible
-            }
+            onEdited: picker.searchText = text
         }
-        Text {
-            id: placeholder
+    }
 
-            anchors.fill: query
-            text: "Search text, #tags, apps…"
-            visible: query.text.length === 0 && query.preeditText.length === 0
-            font.pixelSize: Theme.fieldSize
-            color: Theme.secondaryText
-            elide: Text.ElideRight
-            verticalAlignment: Text.AlignVCenter
-            Accessible.ignored: true
+    Rectangle {
+        id: filter
+
+        anchors { left: field.right; leftMargin: Theme.gap; verticalCenter: parent.verticalCenter }
+        width: 28
+        height: 28
+        radius: Theme.fieldRadius
+        color: picker.explorer.open ? Theme.withAlpha(Theme.accentInk, 0.18) : filterHover.hovered ? Theme.field : "transparent"
+        Accessible.role: Accessible.Button
+        Accessible.name: "Filter"
+        Accessible.checkable: true
+        Accessible.checked: picker.explorer.open
+        Accessible.onPressAction: picker.explorer.open = !picker.explorer.open
+
+        HoverHandler { id: filterHover }
+        TapHandler { onTapped: picker.explorer.open = !picker.explorer.open }
+
+        Symbol {
+            anchors.centerIn: parent
+            size: 18
+            name: "line.3.horizontal.decrease.circle" + (picker.explorer.open ? ".fill" : "")
+            color: picker.explorer.open ? Theme.accentInk : Theme.secondaryText
+        }
+        HelpLabel {
+            visible: filterHover.hovered && !picker.explorer.open
+            text: "Filter"
         }
     }
 
@@ -74,8 +73,8 @@ Item {
         id: chips
 
         anchors {
-            left: field.right
-            leftMargin: Theme.panelPadding
+            left: filter.right
+            leftMargin: Theme.gap
             right: clear.visible ? clear.left : parent.right
             rightMargin: Theme.gap
             verticalCenter: parent.verticalCenter
@@ -114,6 +113,13 @@ Item {
         Accessible.name: "Clear"
         Accessible.onPressAction: picker.clearClicked()
 
+        HoverHandler { id: clearHover }
         TapHandler { onTapped: picker.clearClicked() }
+
+        HelpLabel {
+            anchors { left: undefined; right: parent.right }
+            visible: clearHover.hovered
+            text: "Clear"
+        }
     }
 }

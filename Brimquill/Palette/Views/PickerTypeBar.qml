@@ -33,24 +33,9 @@ Row {
                 name: button.modelData.symbol
                 color: button.modelData.active ? Theme.accentInk : Theme.secondaryText
             }
-            Rectangle {
-                anchors { left: parent.left; top: parent.bottom; topMargin: 2 }
-                z: 10
-                width: help.implicitWidth + 12
-                height: 18
-                radius: 5
+            HelpLabel {
                 visible: hover.hovered
-                color: Theme.dark ? "#3A3B40" : "#FFFFFF"
-                border.color: Theme.hairline
-
-                Text {
-                    id: help
-
-                    anchors.centerIn: parent
-                    text: button.modelData.label
-                    font.pixelSize: Theme.hintSize
-                    color: Theme.primaryText
-                }
+                text: button.modelData.label
             }
         }
     }

@@ -10,6 +10,15 @@ PanelSurface {
     required property var cheatSheet
     required property var settings
 
+    function placeFocus() {
+        if (picker.explorer.open)
+            explorer.takeFocus()
+        else if (cheatSheetLoader.item)
+            cheatSheetLoader.item.forceActiveFocus()
+        else
+            topBar.takeFocus()
+    }
+
     Item {
         id: content
 
@@ -47,10 +56,20 @@ PanelSurface {
             sourceComponent: PreviewOverlay {}
         }
         Loader {
+            id: cheatSheetLoader
+
             anchors.fill: parent
             active: picker.cheatSheetOpen
             sourceComponent: CheatSheetOverlay {}
-            onLoaded: item.forceActiveFocus()
+            onLoaded: root.placeFocus()
+        }
+        // Its keys work whatever else is open, so it lies over all of it.
+        ExplorerPopover {
+            id: explorer
+
+            x: topBar.x + topBar.filterButton.x
+            anchors { top: topBar.bottom; topMargin: -2 }
+            visible: picker.explorer.open
         }
     }
 
@@ -73,7 +92,7 @@ PanelSurface {
         target: root.panel
         function onAppearing() {
             strip.toStart()
-            topBar.takeFocus()
+            root.placeFocus()
             if (!Theme.reduceMotion)
                 arrival.restart()
         }
@@ -81,8 +100,13 @@ PanelSurface {
     Connections {
         target: root.picker
         function onOverlaysChanged() {
-            if (!picker.cheatSheetOpen)
-                topBar.takeFocus()
+            root.placeFocus()
+        }
+    }
+    Connections {
+        target: root.picker.explorer
+        function onOpenChanged() {
+            root.placeFocus()
         }
     }
 }
