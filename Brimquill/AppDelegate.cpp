@@ -15,9 +15,8 @@
 namespace brimquill {
 namespace {
 
-/// After the start, in seconds: capture runs by then. The panels are made ready, so that the first comes up as quickly
-/// as the next, and what the command line asked to be shown is shown.
-constexpr double preparationDelay = 0.5;
+/// After the start, in seconds, what the command line asked to be shown is shown: capture runs by then.
+constexpr double pickerDelay = 0.5;
 
 std::string expandSnippet(const std::string& text) {
     try {
@@ -74,13 +73,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     if (settings_.captureScreenshotFiles()) screenshots_.start();
     connect(&toast_, &CaptureToastPanel::opened, this, [this] { palette_.show(); });
     services_.instance().setReopenHandler([this] { applicationShouldHandleReopen(); });
-    const auto later = [this](auto work) {
-        services_.runLoop().asyncAfter(preparationDelay, [self = QPointer(this), work] {
-            if (self) work(*self);
+    if (contains(environment_.arguments, "--picker")) {
+        services_.runLoop().asyncAfter(pickerDelay, [self = QPointer(this)] {
+            if (self) self->palette_.toggle();
         });
-    };
-    later([](AppDelegate& self) { self.prepareViews(); });
-    if (contains(environment_.arguments, "--picker")) later([](AppDelegate& self) { self.palette_.toggle(); });
+    }
 }
 
 void AppDelegate::registerHotKeys() {
@@ -120,12 +117,6 @@ void AppDelegate::connectSettings() {
             screenshots_.stop();
         }
     });
-}
-
-void AppDelegate::prepareViews() {
-    hud_.prepare();
-    toast_.prepare();
-    palette_.prepare();
 }
 
 void AppDelegate::applyLaunchAtLogin() {

@@ -58,7 +58,6 @@ private:
     void connectSettings();
     void registerHotKeys();
     void snip();
-    void prepareViews();
     void applyLaunchAtLogin();
 
     Environment environment_;

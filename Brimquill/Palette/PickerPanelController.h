@@ -37,8 +37,6 @@ public:
     void close();
     void toggle();
     bool isVisible() const { return isVisible_; }
-    /// Makes the window beforehand, so that the first `show` is as quick as the next.
-    void prepare();
 
     /// Pastes the chosen cards into the application below, or only puts them on the pasteboard; closes the palette
     /// first.
@@ -55,6 +53,8 @@ Q_SIGNALS:
     void appearing();
 
 private:
+    /// Makes the window when it is first needed: most of what the program takes in memory comes with it.
+    void prepare();
     bool handle(const platform::Event& event);
     void perform(const PickerAction& action);
     void performSimple(picker_action::Simple action);

@@ -36,8 +36,6 @@ public:
     ~CaptureToastPanel() override;
 
     void show(const Content& content, Occasion occasion = Occasion::capture) override;
-    /// Makes the view before it is needed.
-    void prepare();
     ToastModel& model() { return model_; }
 
 Q_SIGNALS:
@@ -45,6 +43,7 @@ Q_SIGNALS:
     void opened();
 
 private:
+    void prepare();
     void present(const Content& content, Occasion occasion);
     void position();
     void scheduleDismiss();

@@ -48,11 +48,10 @@ public:
     ~HUDPanel() override;
 
     void show(const std::string& text, const std::string& symbol) override;
-    /// Makes the view before it is needed.
-    void prepare();
     HUDModel& model() { return model_; }
 
 private:
+    void prepare();
     void present(const std::string& text, const std::string& symbol);
     void fadeOut();
     platform::Rect frame(const platform::Screen& screen) const;
