@@ -149,6 +149,42 @@ class Figures:
                   f"statements: match {found:.1f}, snippets {snippets:.1f}, tags {liked:.1f}")
         self.stop_program()
 
+    def explorer(self):
+        self.fill_explorer(pinboards=300, tags=500)
+        self.start_program()
+        time.sleep(2)
+        self.session.keys(HOT_KEY)
+        wait_for(self.palette_windows, what="the palette")
+        time.sleep(1)
+        opened, first = [], None
+        for _ in range(ROUNDS):
+            took = self.probe("ctrl+f")[1]
+            first = first or took
+            opened.append(took)
+            self.session.keys("Escape")
+            time.sleep(0.5)
+        bound = sum(self.statement(sql) for sql in (
+            "SELECT id, name, parent_id, uuid, color FROM folders WHERE deleted = 0 ORDER BY name COLLATE NOCASE",
+            "SELECT folder_id, COUNT(*) FROM clips WHERE folder_id IS NOT NULL AND deleted = 0 GROUP BY folder_id",
+            "SELECT tags FROM clips WHERE tags IS NOT NULL",
+            "SELECT kind, COUNT(*) FROM clips WHERE deleted = 0 GROUP BY kind ORDER BY COUNT(*) DESC",
+            "SELECT source_app, source_bundle_id, COUNT(*) FROM clips WHERE deleted = 0 AND source_app IS NOT NULL "
+            "GROUP BY source_app ORDER BY COUNT(*) DESC LIMIT 12"))
+        self.tell("explorer open to painted, 300 pinboards and 500 tags", opened, "ms",
+                  f"the first {first:.1f}; statements {bound:.1f}")
+        self.session.keys("Escape")
+        self.stop_program()
+
+    def fill_explorer(self, pinboards, tags):
+        """Three levels of pinboards, ten below each other one; every clip filed and tagged."""
+        with sqlite3.connect(self.session.database) as database:
+            now = time.time()
+            for index in range(pinboards):
+                parent = None if index < 10 else index // 10
+                database.execute("INSERT INTO folders (id, name, parent_id, uuid, modified_at) VALUES (?, ?, ?, ?, ?)",
+                                 (index + 1, f"pinboard {index}", parent, str(uuid.uuid4()), now))
+            database.execute(f"UPDATE clips SET folder_id = id % {pinboards} + 1, tags = 'tag' || id % {tags}")
+
     def capture(self):
         self.start_program()
         owner = subprocess.Popen([self.binaries / "selection_peer", "own", "--changes", str(ROUNDS), "--every", "300"],
@@ -255,7 +291,7 @@ class Figures:
 
 
 def main():
-    names = sys.argv[2:] or ["start", "memory", "capture", "burst", "palette", "paste", "idle"]
+    names = sys.argv[2:] or ["start", "memory", "capture", "burst", "palette", "paste", "explorer", "idle"]
     figures = Figures(sys.argv[1])
     try:
         figures.fill()

@@ -58,6 +58,7 @@ public:
                 draw("empty", 1200);
                 model_.setSearchText("a query that nothing in the hoard answers, however long it is typed");
                 draw("no-match", 1200);
+                model_.reset();
                 model_.explorer().setExplorerOpen(true);
                 draw("explorer-empty", 1200);
                 fill();

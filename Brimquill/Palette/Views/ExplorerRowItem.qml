@@ -21,6 +21,8 @@ Item {
 
     readonly property bool isHeader: type === "header"
     readonly property bool isFolder: type === "folder"
+    // The tint of the selected row leaves too little contrast to the quieter one.
+    readonly property color quietText: selected ? Theme.primaryText : Theme.secondaryText
     // However deep a pinboard lies, most of the line is its name's.
     readonly property int indent: Math.min(depth, 8) * 16
 
@@ -127,7 +129,7 @@ Item {
         elide: Text.ElideMiddle
         horizontalAlignment: Text.AlignLeft
         font.pixelSize: Theme.bodySize
-        color: Theme.secondaryText
+        color: row.quietText
         Accessible.ignored: true
     }
     Text {
@@ -137,7 +139,7 @@ Item {
         visible: !row.isHeader
         text: row.count
         font.pixelSize: Theme.bodySize
-        color: Theme.secondaryText
+        color: row.quietText
         Accessible.ignored: true
     }
 }
