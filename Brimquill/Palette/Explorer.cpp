@@ -18,15 +18,21 @@ Explorer::Explorer(Environment environment) : environment_(std::move(environment
                                                [this](const Notification&) { ++storeChanges_; });
 }
 
-const std::vector<ExplorerRow>& Explorer::explorerRows() {
-    // Taken before the store is read: a change in between makes the next call read again.
+/// Reads so many of the parts that are missing or older than the store.
+void Explorer::readFacts(int parts) {
+    // Taken before the store is read: a change in between makes the next call begin again.
     const auto changes = storeChanges_.load();
-    if (!facts_ || factsAsOf_ != changes) {
-        facts_ = readExplorerFacts(environment_.store);
-        factsAsOf_ = changes;
+    if (factsAsOf_ != changes) factsRead_ = 0;
+    factsAsOf_ = changes;
+    for (; parts > 0 && factsRead_ < explorerFactParts; --parts) {
         rows_.reset();
+        readExplorerFacts(environment_.store, facts_, factsRead_++);
     }
-    if (!rows_) rows_ = brimquill::explorerRows(*facts_, search_, expandedFolderIds_);
+}
+
+const std::vector<ExplorerRow>& Explorer::explorerRows() {
+    readFacts(explorerFactParts);
+    if (!rows_) rows_ = brimquill::explorerRows(facts_, search_, expandedFolderIds_);
     return *rows_;
 }
 
@@ -126,6 +132,14 @@ void Explorer::reset(std::set<std::int64_t> folderIds) {
 
 void Explorer::updateView() {
     if (isOpen_) list_.setRows(explorerRows());
+}
+
+bool Explorer::prepare() {
+    readFacts(1);
+    if (factsRead_ < explorerFactParts) return true;
+    // It opens with nothing typed.
+    if (!isOpen_) list_.setRows(brimquill::explorerRows(facts_, {}, expandedFolderIds_));
+    return false;
 }
 
 void Explorer::rowClicked(int index) {

@@ -68,6 +68,8 @@ public:
     void reset(std::set<std::int64_t> folderIds);
     /// Shows what the store holds by now, if the explorer is open.
     void updateView();
+    /// Does a part of what the next opening needs, so that it is quick; true while there is more to do.
+    bool prepare();
 
     // For views.
     Q_INVOKABLE void rowClicked(int index);
@@ -84,6 +86,7 @@ Q_SIGNALS:
 private:
     const explorer_row::Folder* selectedFolder();
     void setExpanded(std::int64_t id, bool expanded);
+    void readFacts(int parts);
 
     Environment environment_;
     ExplorerListModel list_;
@@ -92,7 +95,8 @@ private:
     int selection_ = 0;
     std::set<std::int64_t> expandedFolderIds_;
     /// Kept for as long as neither the store nor what they are made from changes.
-    std::optional<ExplorerFacts> facts_;
+    ExplorerFacts facts_;
+    int factsRead_ = 0;
     std::optional<std::vector<ExplorerRow>> rows_;
     /// Counts the changes of the store, which are told on the thread that wrote.
     std::atomic<std::uint64_t> storeChanges_ = 0;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <utility>
 
 namespace brimquill {
@@ -83,19 +84,34 @@ void append(std::vector<ExplorerRow>& rows, const char* title, std::vector<Explo
     std::move(section.begin(), section.end(), std::back_inserter(rows));
 }
 
-}  // namespace
-
-ExplorerFacts readExplorerFacts(ClipStore& store) {
-    ExplorerFacts facts{
-        FolderTree(store.folders()), {}, store.tagCounts(), store.kindCounts(), store.sourceAppCounts(appLimit)};
-    const auto own = store.clipCounts();
-    for (const auto& folder : facts.tree.folders()) {
-        auto& count = facts.clipCounts[folder.id];
-        for (const auto id : facts.tree.subtreeIds(folder.id)) {
+std::unordered_map<std::int64_t, int> subtreeCounts(const FolderTree& tree, const std::map<std::int64_t, int>& own) {
+    std::unordered_map<std::int64_t, int> counts;
+    for (const auto& folder : tree.folders()) {
+        auto& count = counts[folder.id];
+        for (const auto id : tree.subtreeIds(folder.id)) {
             if (const auto found = own.find(id); found != own.end()) count += found->second;
         }
     }
-    return facts;
+    return counts;
+}
+
+}  // namespace
+
+void readExplorerFacts(ClipStore& store, ExplorerFacts& facts, int part) {
+    switch (part) {
+        case 0:
+            facts.tree = FolderTree(store.folders());
+            facts.clipCounts = subtreeCounts(facts.tree, store.clipCounts());
+            return;
+        case 1:
+            facts.tags = store.tagCounts();
+            return;
+        case 2:
+            facts.kinds = store.kindCounts();
+            return;
+        default:
+            facts.apps = store.sourceAppCounts(appLimit);
+    }
 }
 
 std::vector<ExplorerRow> explorerRows(const ExplorerFacts& facts, const std::string& search,

@@ -53,7 +53,7 @@ struct App {
 using ExplorerRow =
     std::variant<explorer_row::Header, explorer_row::Folder, explorer_row::Tag, explorer_row::Kind, explorer_row::App>;
 
-/// What the store holds that a scope can be, read once.
+/// What the store holds that a scope can be. All of it at once would make a key wait, so it is read in parts.
 struct ExplorerFacts {
     FolderTree tree;
     /// The clips of each folder and all below it, by the folder's id.
@@ -62,7 +62,9 @@ struct ExplorerFacts {
     std::vector<ClipStore::KindCount> kinds;
     std::vector<ClipStore::SourceAppCount> apps;
 };
-ExplorerFacts readExplorerFacts(ClipStore& store);
+inline constexpr int explorerFactParts = 4;
+/// Reads one part, from 0 on, into `facts`.
+void readExplorerFacts(ClipStore& store, ExplorerFacts& facts, int part);
 
 /// The lines for what was typed. Without it, pinboards are the tree as far as it is expanded; with it, a flat list of
 /// those that match. A leading "/" asks for pinboards alone, "#" for tags.

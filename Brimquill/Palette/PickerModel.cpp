@@ -12,6 +12,9 @@ namespace {
 /// A burst of changes in the store gives one reload, this long after the last.
 constexpr double debounceSeconds = 0.25;
 
+/// The explorer is made ready once the palette stands, with pauses in which keys are answered.
+constexpr double explorerDelay = 0.3, explorerPause = 0.02;
+
 /// The characters of a preview: laying out more would make the palette wait.
 constexpr std::size_t previewLimit = 20000;
 
@@ -145,11 +148,24 @@ void PickerModel::reloadItems() {
     }
     refresh();
     explorer_.updateView();
+    if (isActive_) prepareExplorer(explorerDelay);
     markArrival(before);
 }
 
 void PickerModel::setActive(bool active) {
     isActive_ = active;
+    if (active) {
+        prepareExplorer(explorerDelay);
+    } else {
+        explorerPreparation_.reset();
+    }
+}
+
+/// Part by part, so that no key has to wait for long.
+void PickerModel::prepareExplorer(double delay) {
+    explorerPreparation_ = runLoop_.after(delay, [this] {
+        if (explorer_.prepare()) prepareExplorer(explorerPause);
+    });
 }
 
 /// Runs on the main queue after each change of the store.

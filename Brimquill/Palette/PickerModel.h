@@ -134,6 +134,7 @@ Q_SIGNALS:
 
 private:
     void storeChanged();
+    void prepareExplorer(double delay);
     void updateChips();
     QVariantList describedChips();
     QVariantList describedTypes() const;
@@ -156,7 +157,7 @@ private:
     int selectedIndex_ = 0;
     std::set<int> selection_;
     bool previewOpen_ = false, cheatSheetOpen_ = false, isActive_ = false;
-    platform::Token refreshDebounce_, copiedEnd_, arrivedEnd_;
+    platform::Token refreshDebounce_, explorerPreparation_, copiedEnd_, arrivedEnd_;
     NotificationCenter::Observation observation_;
     /// Gone with this, for what still waits in the main queue.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

@@ -253,6 +253,23 @@ TEST_F(ExplorerTest, RowsAreAlwaysThoseOfTheStore) {
     EXPECT_THAT(search("/a"), testing::Contains("Zeta 0 (0)"));
 }
 
+TEST_F(ExplorerTest, IsMadeReadyWhileThePaletteStandsWhateverTheStoreDoesMeanwhile) {
+    fill();
+    explorer.setExplorerSearch("work");
+    explorer.setExplorerOpen(false);
+    const auto& list = *explorer.rowsForView();
+    store.folder("Zeta");
+    world.advance(1);
+    EXPECT_EQ(list.rowCount(), 8) << "nothing is read while no palette stands";
+    model.setActive(true);
+    world.advance(0.31);
+    store.folder("Zulu");
+    world.advance(1);
+    EXPECT_EQ(list.rowCount(), 16) << "as it will open: the whole tree with the two new pinboards";
+    explorer.setExplorerOpen(true);
+    EXPECT_EQ(list.rowCount(), static_cast<int>(rows().size()));
+}
+
 TEST_F(ExplorerTest, EnduresATreeThatOtherMachinesHaveTangled) {
     const auto now = world.runLoop().now();
     store.applyRemoteFolder("loop-a", "A", std::nullopt, now);
