@@ -46,7 +46,7 @@ class Gallery final {
 public:
     Gallery(QString output, QString suffix) : output_(std::move(output)), suffix_(std::move(suffix)) {
         addIcon();
-        controller_.prepare();
+        controller_.show();
         view_ = qobject_cast<QQuickView*>(world_.panels().records().back()->window);
     }
 

@@ -11,12 +11,14 @@ PanelSurface {
     required property var settings
 
     function placeFocus() {
-        if (picker.explorer.open)
-            explorer.takeFocus()
-        else if (cheatSheetLoader.item)
+        if (picker.explorer.open) {
+            explorerLoader.active = true
+            explorerLoader.item.takeFocus()
+        } else if (cheatSheetLoader.item) {
             cheatSheetLoader.item.forceActiveFocus()
-        else
+        } else {
             topBar.takeFocus()
+        }
     }
 
     Item {
@@ -63,13 +65,23 @@ PanelSurface {
             sourceComponent: CheatSheetOverlay {}
             onLoaded: root.placeFocus()
         }
-        // Its keys work whatever else is open, so it lies over all of it.
-        ExplorerPopover {
-            id: explorer
+        // Its keys work whatever else is open, so it lies over all of it. Made with its first rows, which come once the
+        // palette stands, and kept.
+        Loader {
+            id: explorerLoader
 
             x: topBar.x + topBar.filterButton.x
             anchors { top: topBar.bottom; topMargin: -2 }
+            active: false
             visible: picker.explorer.open
+            sourceComponent: ExplorerPopover {}
+
+            Connections {
+                target: picker.explorer.rows
+                function onRowsInserted() {
+                    explorerLoader.active = true
+                }
+            }
         }
     }
 
