@@ -2,6 +2,8 @@
 
 #include "BrimquillCore/Foundation/Text.h"
 
+#include <QUrl>
+
 #include <optional>
 
 namespace brimquill {
@@ -34,7 +36,7 @@ std::string fileUrl(const std::string& path) {
 std::optional<std::string> openableUrl(const ClipItem& item) {
     const auto text = text::trimmed(item.text);
     const bool isWebLink = text.starts_with("http://") || text.starts_with("https://");
-    if (isWebLink && text.find_first_of(" \t\r\n") == std::string::npos) return text;
+    if (isWebLink && QUrl(QString::fromStdString(text), QUrl::StrictMode).isValid()) return text;
     if (item.kind == ClipKind::file) {
         const auto paths = text::split(item.text, '\n');
         if (!paths.empty()) return fileUrl(paths.front());

@@ -113,6 +113,8 @@ bool PickerModel::isFiltered() const {
 }
 
 void PickerModel::reset() {
+    // All is read afresh here; a reload that still waits would only take the focus from what is chosen next.
+    refreshDebounce_.reset();
     catalog_.rebuild();
     explorer_.reset(catalog_.folderIds());
     query_.filter = scope::Clipboard{};

@@ -64,11 +64,13 @@ void PickerPanelController::addImageProviders() {
 void PickerPanelController::show() {
     if (isVisible_) return;
     prepare();
-    environment_.model.setPreviewOpen(false);
-    environment_.model.setCheatSheetOpen(false);
     environment_.model.reset();
+    cheatSheet_.setQuery({});
+    shownFrame_ = frameOnMainScreen();
+    log::write(std::string("palette appearance=") +
+               (environment_.views.appearance().dark() ? "NSAppearanceNameDarkAqua" : "NSAppearanceNameAqua"));
     Q_EMIT appearing();
-    if (!panel_->show(frame())) {
+    if (!panel_->show(shownFrame_)) {
         log::write("the palette cannot be shown on this system");
         return;
     }
@@ -80,7 +82,8 @@ void PickerPanelController::show() {
     environment_.center.post({TourEvents::paletteDidShow, this, {}});
     outsideClickMonitor_ =
         monitors.addGlobalMonitor(platform::EventMask::mouseDown, [this](const platform::Event& event) {
-            if (isVisible_ && !frame().contains(event.location)) close();
+            // Where it stands, not where it would now: the click may have been on another screen.
+            if (isVisible_ && !shownFrame_.contains(event.location)) close();
         });
 }
 
@@ -93,7 +96,7 @@ void PickerPanelController::close() {
     panel_->close();
 }
 
-platform::Rect PickerPanelController::frame() const {
+platform::Rect PickerPanelController::frameOnMainScreen() const {
     const auto screen = environment_.services.screens().main();
     const auto visible = screen ? screen->visibleFrame : frameWithoutScreen;
     const double width = visible.width - 2 * sideMargin;

@@ -60,12 +60,13 @@ private:
     void performSimple(picker_action::Simple action);
     void backOut();
     void addImageProviders();
-    platform::Rect frame() const;
+    platform::Rect frameOnMainScreen() const;
 
     Environment environment_;
     CheatSheet cheatSheet_;
     std::unique_ptr<PanelView> panel_;
     platform::Token keyMonitor_, outsideClickMonitor_;
+    platform::Rect shownFrame_;
     bool isVisible_ = false;
 };
 

@@ -64,14 +64,42 @@ TEST_F(PickerActionsTest, OpensOnlyWhatCanBeOpened) {
     const struct {
         const char* text;
         Texts opened;
-    } cases[] = {{" https://example.org/x \n", {"https://example.org/x"}}, {"ftp://x", {}}, {"https://a b", {}}};
+        ClipKind kind = ClipKind::text;
+        std::optional<std::string> imagePath = {};
+    } cases[] = {{" https://example.org/x \n", {"https://example.org/x"}},
+                 {"HTTPS://example.org/X", {}},
+                 {"httpsx://example.org", {}},
+                 {"ftp://x", {}},
+                 {"https://a b", {}},
+                 {"https://a\nhttps://b", {}},
+                 {"\n\n/tmp/a b#c.txt\n/tmp/second", {"file:///tmp/a%20b%23c.txt"}, ClipKind::file},
+                 {"\n", {}, ClipKind::file},
+                 {"words in it", {"file:///tmp/p.png"}, ClipKind::image, "/tmp/p.png"},
+                 {"https://in.picture", {"https://in.picture"}, ClipKind::ocr, "/tmp/q.png"}};
     for (const auto& test : cases) {
         const auto before = world.workspace().openedUrls().size();
-        copyTexts({test.text});
+        world.advance(1);
+        store.insert(test.text, test.kind, {}, test.imagePath);
+        model.reset();
         EXPECT_EQ(actions.openSelected(), !test.opened.empty()) << test.text;
         const auto& all = world.workspace().openedUrls();
         EXPECT_EQ(Texts(all.begin() + static_cast<std::ptrdiff_t>(before), all.end()), test.opened) << test.text;
     }
+}
+
+TEST_F(PickerActionsTest, AnEmojiIsPastedAndNotDeletedThoughItIsSaidToBe) {
+    copyTexts({"a"});
+    model.showEmoji();
+    actions.deleteSelected();
+    EXPECT_EQ(hud.lines.back().first, "Deleted clip — ⌘Z to undo");
+    EXPECT_LT(model.items().front().id, 0);
+    actions.deliver(model.selectedItems(), PickerActions::Delivery::paste);
+    EXPECT_EQ(world.pasteboard().string(), "<" + model.items().front().text + ">");
+    actions.undoDelete();
+    EXPECT_EQ(hud.lines.back().first, "Restored clip");
+    model.showMostRecent();
+    EXPECT_EQ(shown(), Texts{"a"});
+    EXPECT_FALSE(actions.openSelected());
 }
 
 TEST_F(PickerActionsTest, AChangeOfTheStoreEndsAMultipleChoiceOnlyAfterItsPause) {

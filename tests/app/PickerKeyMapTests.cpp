@@ -1,4 +1,5 @@
 #include "Brimquill/Palette/PickerKeyMap.h"
+#include "BrimquillCore/Foundation/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -48,7 +49,27 @@ TEST(PickerKeyMap, DecidesByKeyAndState) {
         {key::left, "", none, searching, Simple::pass},
         {key::left, "", command, searching, Simple::explorerCollapse},
         {key::right, "", none, explorer, Simple::explorerExpand},
+        {key::right, "", {.command = true, .option = true}, {}, CycleFilter{+1}},
+        {key::left, "", {.shift = true, .option = true}, {}, CycleType{-1}},
+        {key::left, "", shift, marked, MoveSelection{-1, true}},
+        {key::up, "", option, {}, MoveSelection{-1, false}},
+        {key::down, "", commandShift, {}, MoveSelection{+1, true}},
+        {key::returnKey, "\r", commandShift, {}, Paste{false}},
+        {key::tab, "\t", command, {}, CycleFilter{+1}},
+        {key::deleteKey, "", shift, marked, Simple::deleteSelected},
+        {key::escape, "", commandShift, marked, Simple::backOut},
+        {key::nine, "9", command, marked, QuickPaste{9}},
+        {key::three, "³", command, {}, Simple::pass},
+        {key::other, "12", command, {}, Simple::pass},
+        {key::v, "v", command, {}, Simple::pass},
         {key::down, "", none, explorer, ExplorerMove{+1}},
+        {key::up, "", none, searching, ExplorerMove{-1}},
+        {key::right, "", command, searching, Simple::explorerExpand},
+        {key::right, "", none, searching, Simple::pass},
+        {key::left, "", none, explorer, Simple::explorerCollapse},
+        {key::returnKey, "\r", option, explorer, Simple::explorerActivate},
+        {key::tab, "\t", none, explorer, Simple::pass},
+        {key::deleteKey, "", command, explorer, Simple::pass},
     };
     for (const auto& test : cases) {
         platform::Event event;
@@ -57,6 +78,30 @@ TEST(PickerKeyMap, DecidesByKeyAndState) {
         event.modifiers = test.modifiers;
         EXPECT_TRUE(pickerAction(event, test.state) == test.action)
             << "key " << test.code << " text " << test.text << " row " << &test - cases.data();
+    }
+}
+
+TEST(PickerKeyMap, CommandKeysMeanTheSameInEveryState) {
+    const std::vector<std::pair<const char*, PickerAction>> keys = {
+        {"f", Simple::toggleExplorer},        {"p", Simple::organizePinboard},
+        {"j", Simple::togglePause},           {"z", Simple::undoDelete},
+        {"o", Simple::openSelected},          {"a", Simple::selectAll},
+        {"y", Simple::togglePreview},         {"e", Simple::showEmoji},
+        {"/", Simple::toggleCheatSheet},      {"m", Simple::showMostRecent},
+        {"l", ToggleType{ContentType::link}}, {"i", ToggleType{ContentType::image}},
+        {"g", ToggleType{ContentType::gif}},  {"s", ToggleType{ContentType::screenshot}},
+        {"t", Simple::organizeTags},
+    };
+    for (const auto& [text, action] : keys) {
+        for (const auto& state : {PickerKeyState{}, marked, explorer, searching}) {
+            platform::Event event;
+            event.charactersIgnoringModifiers = text;
+            EXPECT_TRUE(pickerAction(event, state) == PickerAction(Simple::pass)) << text;
+            event.modifiers.command = true;
+            EXPECT_TRUE(pickerAction(event, state) == action) << text;
+            event.charactersIgnoringModifiers = text::uppercased(text);
+            EXPECT_TRUE(pickerAction(event, state) == action) << "with the capitals lock, " << text;
+        }
     }
 }
 

@@ -65,6 +65,18 @@ TEST_F(StackManagerTest, SkipsClipsThatAreGone) {
     EXPECT_THAT(stack.itemIds(), IsEmpty());
 }
 
+TEST_F(StackManagerTest, MovesOnPastFilesThatAreNoMore) {
+    stack.add(store.insert("/no/such/file", ClipKind::file)->id);
+    stack.add(clip("next"));
+    hud.lines.clear();
+    stack.pasteNext();
+    EXPECT_THAT(hud.lines, ElementsAre(Pair("Original file no longer exists", "questionmark.folder"),
+                                       Pair("Pasted — 1 left in stack", "square.stack.3d.up")));
+    stack.pasteNext();
+    EXPECT_EQ(world.pasteboard().string(), "next");
+    EXPECT_EQ(*world.defaults().stringArray("pasteStackIds"), std::vector<std::string>{});
+}
+
 TEST_F(StackManagerTest, OutlivesARestartButForWhatCannotBeParsed) {
     stack.add(clip("one"));
     stack.add(clip("two"));

@@ -192,7 +192,10 @@ Item {
     }
 
     TapHandler {
-        onSingleTapped: (point, button) => panel.cardClicked(card.index, point.modifiers)
+        id: tap
+
+        // The event's own point does not know the modifiers, the handler's does.
+        onSingleTapped: panel.cardClicked(card.index, tap.point.modifiers)
         onDoubleTapped: panel.cardDoubleClicked(card.index)
     }
 
