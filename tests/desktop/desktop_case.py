@@ -30,7 +30,7 @@ class DesktopCase(unittest.TestCase):
     starts_program = True
 
     def setUp(self):
-        self.session = Session(environment=self.environment)
+        self.session = self.make_session()
         self.addCleanup(self.session.stop)
         self.session.write_settings(self.settings)
         self.addCleanup(self.keep_screenshot)
@@ -38,6 +38,10 @@ class DesktopCase(unittest.TestCase):
         if self.starts_program:
             self.addCleanup(self.end_program)
             self.start_program()
+
+    def make_session(self):
+        """The desktop of one test."""
+        return Session(environment=self.environment)
 
     def start_program(self):
         """Starts the program and returns once it captures what is copied."""
