@@ -41,6 +41,8 @@ AppDelegate::AppDelegate(Environment environment)
       viewHost_(settings_, services_.appearance(), services_.panels()),
       hud_(viewHost_, services_.screens(), services_.runLoop(), [this] { return palette_.isVisible(); }),
       toast_({viewHost_, settings_, services_.screens(), services_.runLoop(), [this] { return palette_.isVisible(); }}),
+      tagPanel_(store_, {viewHost_, services_.screens(), services_.pasteboard(), services_.runLoop()}),
+      editPanel_(store_, {viewHost_, services_.screens(), services_.pasteboard(), services_.runLoop()}),
       pasteService_({services_.pasteboard(), services_.workspace(), services_.accessibility(),
                      services_.syntheticKeys(), services_.runLoop(), hud_, environment_.center, expandSnippet}),
       stack_(store_, pasteService_, hud_, services_.defaults()),
@@ -59,7 +61,7 @@ AppDelegate::AppDelegate(Environment environment)
       picker_({store_, environment_.center, services_.runLoop(), services_.defaults(),
                [this] { return stack_.itemIds(); }}),
       pickerActions_({picker_, store_, pasteService_, settings_, services_.workspace(), hud_, expandSnippet}),
-      palette_({picker_, pickerActions_, services_, settings_, viewHost_, environment_.center}),
+      palette_({picker_, pickerActions_, services_, settings_, viewHost_, environment_.center, tagPanel_, editPanel_}),
       hotKeys_(services_.hotKeys()) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -98,9 +100,20 @@ void AppDelegate::registerHotKeys() {
 /// The program's own panels are out of the way, and have let go of the keyboard, before the screen is captured.
 void AppDelegate::snip() {
     palette_.close();
-    ocr_.captureAndRecognize([self = QPointer(this)](const std::optional<ClipItem>&) {
-        if (self) self->watcher_.reload({});
+    tagPanel_.close();
+    ocr_.captureAndRecognize([self = QPointer(this)](const std::optional<ClipItem>& captured) {
+        if (self) self->finishSnip(captured);
     });
+}
+
+void AppDelegate::finishSnip(const std::optional<ClipItem>& captured) {
+    watcher_.reload({});
+    if (!captured || !settings_.organizeAfterCapture()) return;
+    tagPanel_.show(*captured, OrganizeView::Field::tags,
+                   [self = QPointer(this)] {
+                       if (self) self->watcher_.reload({});
+                   },
+                   {.title = "Organize Capture", .dismissLabel = "Skip"});
 }
 
 /// What each change of a setting starts, stops or tunes.

@@ -10,13 +10,16 @@
 #include "Brimquill/Paste/StackManager.h"
 #include "Brimquill/Settings/AppSettings.h"
 #include "Brimquill/Surfaces/CaptureToastPanel.h"
+#include "Brimquill/Surfaces/EditPanelController.h"
 #include "Brimquill/Surfaces/HUDPanel.h"
+#include "Brimquill/Surfaces/TagPanelController.h"
 #include "Brimquill/Views/ViewHost.h"
 #include "BrimquillCore/ClipStore.h"
 #include "Platform/Services.h"
 
 #include <QObject>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,6 +54,8 @@ public:
     PasteService& pasteService() { return pasteService_; }
     HUDPanel& hud() { return hud_; }
     CaptureToastPanel& toast() { return toast_; }
+    TagPanelController& tagPanel() { return tagPanel_; }
+    EditPanelController& editPanel() { return editPanel_; }
     ViewHost& viewHost() { return viewHost_; }
     PickerPanelController& palette() { return palette_; }
 
@@ -58,6 +63,7 @@ private:
     void connectSettings();
     void registerHotKeys();
     void snip();
+    void finishSnip(const std::optional<ClipItem>& captured);
     void applyLaunchAtLogin();
 
     Environment environment_;
@@ -67,6 +73,8 @@ private:
     ViewHost viewHost_;
     HUDPanel hud_;
     CaptureToastPanel toast_;
+    TagPanelController tagPanel_;
+    EditPanelController editPanel_;
     PasteService pasteService_;
     StackManager stack_;
     OCRService ocr_;

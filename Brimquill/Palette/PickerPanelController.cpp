@@ -5,6 +5,7 @@
 #include "BrimquillCore/Foundation/Log.h"
 #include "BrimquillCore/Foundation/Text.h"
 
+#include <QPointer>
 #include <QQmlEngine>
 #include <QQuickView>
 
@@ -175,10 +176,11 @@ void PickerPanelController::performSimple(Simple action) {
         case Simple::openSelected:
             if (actions.openSelected()) close();
             return;
-        case Simple::pass:
-        // Filing is a room that does not stand yet; its keys mean nothing else meanwhile.
         case Simple::organizeTags:
+            return organizeSelected(OrganizeView::Field::tags);
         case Simple::organizePinboard:
+            return organizeSelected(OrganizeView::Field::pinboard);
+        case Simple::pass:
             return;
     }
 }
@@ -200,6 +202,19 @@ void PickerPanelController::pasteSelected(PickerActions::Delivery delivery) {
     // The palette goes first: the application below has the keyboard back before anything is pasted into it.
     close();
     environment_.actions.deliver(items, delivery);
+}
+
+void PickerPanelController::organizeSelected(OrganizeView::Field focus) {
+    const auto* item = environment_.model.selectedItem();
+    if (item != nullptr && item->id >= 1) environment_.tagPanel.show(*item, focus, whenFormIsDone());
+}
+
+std::function<void()> PickerPanelController::whenFormIsDone() {
+    return [self = QPointer(this)] {
+        if (!self || !self->isVisible_) return;
+        self->environment_.model.reloadItems();
+        self->panel_->show(self->shownFrame_);
+    };
 }
 
 void PickerPanelController::cardClicked(int index, int modifiers) {

@@ -4,11 +4,14 @@
 #include "Brimquill/Palette/PickerActions.h"
 #include "Brimquill/Palette/PickerKeyMap.h"
 #include "Brimquill/Palette/PickerModel.h"
+#include "Brimquill/Surfaces/EditPanelController.h"
+#include "Brimquill/Surfaces/TagPanelController.h"
 #include "Brimquill/Views/PanelView.h"
 #include "Platform/Services.h"
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 
 namespace brimquill {
@@ -28,6 +31,8 @@ public:
         AppSettings& settings;
         ViewHost& views;
         NotificationCenter& center;
+        TagPanelController& tagPanel;
+        EditPanelController& editPanel;
     };
 
     explicit PickerPanelController(Environment environment);
@@ -41,6 +46,12 @@ public:
     /// Pastes the chosen cards into the application below, or only puts them on the pasteboard; closes the palette
     /// first.
     void pasteSelected(PickerActions::Delivery delivery);
+
+    /// Opens the form for the focused card's tags and pinboard; does nothing for a card that is no clip.
+    void organizeSelected(OrganizeView::Field focus);
+    /// What a form in front of the palette calls when it is done: the list is read anew, and the keys are the
+    /// palette's again. Does nothing when the palette has gone.
+    std::function<void()> whenFormIsDone();
 
     /// A click on a card: with ⌘ or ⇧ it chooses, plain it copies. A double click pastes.
     Q_INVOKABLE void cardClicked(int index, int modifiers);

@@ -24,7 +24,10 @@ protected:
     PickerActions actions{{model, store, pasteService, settings, world.workspace(), hud,
                            [](const std::string& text) { return "<" + text + ">"; }}};
     ViewHost views{settings, world.appearance(), world.panels()};
-    PickerPanelController palette{{model, actions, world, settings, views, center}};
+    FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop()};
+    TagPanelController tagPanel{store, forms};
+    EditPanelController editPanel{store, forms};
+    PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel}};
 
     std::int64_t copy(const std::string& text, ClipKind kind = ClipKind::text) {
         world.advance(1);

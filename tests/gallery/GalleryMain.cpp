@@ -1,4 +1,5 @@
-// Draws the palette in every state, light and dark, into PNG files of the directory that is its argument.
+// Draws the palette in every state, and its forms, light and dark, into PNG files of the directory that is its
+// argument.
 
 #include "Brimquill/Palette/PickerActions.h"
 #include "Brimquill/Palette/PickerModel.h"
@@ -8,6 +9,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFocusEvent>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QPainter>
@@ -64,6 +66,7 @@ public:
                 fill();
             }
             drawAll();
+            drawForms();
         }
     }
 
@@ -201,12 +204,60 @@ private:
         }
     }
 
+    /// Each form with nothing in it and with as much as anybody puts there.
+    void drawForms() {
+        ClipItem item;
+        item.id = 1;
+        item.text = "A letter";
+        drawOrganize("organize-empty", item, OrganizeView::Field::tags, {});
+        drawEdit("edit", item);
+        item.text =
+            "👩‍👩‍👧‍👦 🇩🇪 يولد جميع الناس أحرارًا متساوين في "
+            "الكرامة\n\n" +
+            std::string(5000, 'x');
+        item.tags = {"receipts",       "سفر", "🧾", "a tag that goes on", "and on", "and then some more",
+                     "until it is cut"};
+        item.folderId =
+            store_.folder("Work/Clients/Northern Lights GmbH/2026/🧾 سفر/the last of a long way down").id;
+        drawOrganize("organize-full", item, OrganizeView::Field::pinboard, {"Organize Capture", "Skip"});
+        drawEdit("edit-full", item);
+        item.text.clear();
+        drawEdit("edit-empty", item);
+    }
+
+    void drawOrganize(const char* name, const ClipItem& item, OrganizeView::Field focus,
+                      const OrganizeView::Wording& wording) {
+        tagPanel_.show(item, focus, {}, wording);
+        drawLastPanel(name);
+        tagPanel_.close();
+    }
+
+    void drawEdit(const char* name, const ClipItem& item) {
+        editPanel_.show(item, {});
+        drawLastPanel(name);
+        editPanel_.close();
+    }
+
+    void drawLastPanel(const char* name) {
+        const auto& record = *world_.panels().records().back();
+        auto& window = *qobject_cast<QQuickView*>(record.window);
+        window.resize(QSizeF(record.frame.width, record.frame.height).toSize());
+        // No window manager gives this one the focus.
+        QFocusEvent focus(QEvent::FocusIn);
+        QCoreApplication::sendEvent(&window, &focus);
+        save(window, name);
+    }
+
     void draw(const char* name, int width) {
         constexpr int height = 280, shadow = 24;
         view_->resize(width + 2 * shadow, height + 2 * shadow);
-        view_->show();
+        save(*view_, name);
+    }
+
+    void save(QQuickView& view, const char* name) {
+        view.show();
         settle();
-        QImage image = view_->grabWindow();
+        QImage image = view.grabWindow();
         QImage desk(image.size(), QImage::Format_RGB32);
         desk.fill(QColor("#7A8CA0"));
         desk.setDevicePixelRatio(image.devicePixelRatio());
@@ -230,7 +281,10 @@ private:
         {store_, center_, world_.runLoop(), world_.defaults(), [] { return std::vector<std::int64_t>{}; }}};
     PickerActions actions_{{model_, store_, pasteService_, settings_, world_.workspace(), hud_,
                             [](const std::string& text) { return text; }}};
-    PickerPanelController controller_{{model_, actions_, world_, settings_, host_, center_}};
+    FormPanel::Environment forms_{host_, world_.screens(), world_.pasteboard(), world_.runLoop()};
+    TagPanelController tagPanel_{store_, forms_};
+    EditPanelController editPanel_{store_, forms_};
+    PickerPanelController controller_{{model_, actions_, world_, settings_, host_, center_, tagPanel_, editPanel_}};
     QQuickView* view_ = nullptr;
 };
 

@@ -1,0 +1,61 @@
+#include "Brimquill/Surfaces/EditView.h"
+
+#include "BrimquillCore/Foundation/Text.h"
+
+#include <QQuickTextDocument>
+#include <QTextDocument>
+
+#include <utility>
+
+namespace brimquill {
+namespace {
+
+/// What is counted at each key, in UTF-16 units; and how long the keys must pause before more is, in seconds.
+constexpr int quicklyCounted = 20000;
+constexpr double countDelay = 0.2;
+
+}  // namespace
+
+EditView::EditView(ClipItem item, ClipStore& store, platform::RunLoop& runLoop)
+    : item_(std::move(item)), store_(store), runLoop_(runLoop), count_(text::characterCount(item_.text)) {}
+
+QString EditView::count() const {
+    return QStringLiteral("%1 characters").arg(count_);
+}
+
+void EditView::edit(QQuickTextDocument* document) {
+    if (document != nullptr && document->textDocument() != nullptr) edit(*document->textDocument());
+}
+
+void EditView::edit(QTextDocument& document) {
+    document_ = &document;
+    connect(&document, &QTextDocument::contentsChanged, this, &EditView::documentChanged);
+}
+
+void EditView::documentChanged() {
+    isEdited_ = true;
+    if (document_->characterCount() <= quicklyCounted) return recount();
+    countWork_ = runLoop_.after(countDelay, [this] { recount(); });
+}
+
+void EditView::recount() {
+    countWork_.reset();
+    count_ = text::characterCount(editedText());
+    Q_EMIT countChanged();
+}
+
+/// As the document holds it: its own way to plain text turns no-break spaces into blanks.
+std::string EditView::editedText() const {
+    if (!isEdited_ || !document_) return item_.text;
+    QString raw = document_->toRawText();
+    raw.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    raw.replace(QChar::LineSeparator, QLatin1Char('\n'));
+    return raw.toStdString();
+}
+
+void EditView::save() {
+    if (const auto text = editedText(); text != item_.text) store_.updateText(item_.id, text);
+    Q_EMIT done();
+}
+
+}  // namespace brimquill

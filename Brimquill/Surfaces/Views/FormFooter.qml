@@ -1,0 +1,38 @@
+import QtQuick
+import "../../Views"
+
+// The foot of a form: a quiet word, and the buttons.
+Item {
+    id: footer
+
+    property alias hint: hint.text
+    property alias dismissLabel: dismiss.text
+    signal dismissed
+    signal saved
+
+    height: 32
+
+    Text {
+        id: hint
+        anchors { left: parent.left; right: buttons.left; rightMargin: Theme.gap; verticalCenter: buttons.verticalCenter }
+        textFormat: Text.PlainText
+        font.pixelSize: Theme.hintSize
+        color: Theme.secondaryText
+        elide: Text.ElideRight
+    }
+    Row {
+        id: buttons
+        anchors { right: parent.right; bottom: parent.bottom }
+        spacing: Theme.gap
+
+        FormButton {
+            id: dismiss
+            onClicked: footer.dismissed()
+        }
+        FormButton {
+            text: "Save"
+            prominent: true
+            onClicked: footer.saved()
+        }
+    }
+}

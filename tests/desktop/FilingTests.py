@@ -1,0 +1,68 @@
+"""Tags, pinboards and texts, changed in front of the palette with real keys."""
+
+import unittest
+
+from palette_case import PALETTE, PaletteCase
+from xsession import wait_for
+
+ORGANIZE = "^Brimquill Organize$"
+TAGS = "SELECT tags FROM clips WHERE text = 'banana bread'"
+
+
+class FilesFromThePalette(PaletteCase):
+    def setUp(self):
+        super().setUp()
+        self.window, self.typed = self.start_terminal()
+        self.open_palette()
+        self.session.type("banana")
+
+    def open_form(self, chord):
+        self.session.keys(chord)
+        wait_for(lambda: self.session.windows(name=ORGANIZE), what="the form")
+        self.assertEqual(self.window, self.session.active_window())
+
+    def wait_form_closed(self):
+        wait_for(lambda: not self.session.windows(name=ORGANIZE), what="the form to close")
+        self.assertTrue(self.session.windows(name=PALETTE), "The palette went with the form")
+        self.assertEqual(self.window, self.session.active_window())
+
+    def paste_apple(self):
+        """The palette takes keys again: its query is replaced, and what it finds is pasted."""
+        self.session.keys("Escape")
+        self.session.type("apple")
+        self.session.keys("Return")
+        wait_for(lambda: self.typed.read_text() == "an apple a day", what="the paste into the terminal")
+        self.assertEqual(self.window, self.session.active_window())
+
+    def test_tags(self):
+        self.open_form("ctrl+t")
+        self.session.type("Yellow, ,fruit")
+        self.session.keys("Return")
+        self.wait_form_closed()
+        self.assertEqual([("yellow,fruit",)], self.session.query(TAGS))
+        self.paste_apple()
+
+    def test_pinboard_then_tags(self):
+        self.open_form("ctrl+p")
+        self.session.type("Kitchen/Sweet")
+        self.session.keys("Tab")
+        self.session.type("bake")
+        self.session.keys("Return")
+        self.wait_form_closed()
+        self.assertEqual([("Kitchen", "Sweet", "bake")], self.session.query(
+            "SELECT above.name, folder.name, clips.tags FROM clips JOIN folders folder ON folder.id = clips.folder_id "
+            "JOIN folders above ON above.id = folder.parent_id WHERE clips.text = 'banana bread'"))
+        self.paste_apple()
+
+    def test_escape_saves_nothing(self):
+        before = self.session.query(TAGS)
+        self.open_form("super+t")
+        self.session.type("never")
+        self.session.keys("Escape")
+        self.wait_form_closed()
+        self.assertEqual(before, self.session.query(TAGS))
+        self.paste_apple()
+
+
+if __name__ == "__main__":
+    unittest.main()
