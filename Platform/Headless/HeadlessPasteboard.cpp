@@ -5,19 +5,50 @@
 namespace brimquill::platform {
 
 void HeadlessPasteboard::copy(const ForeignCopy& copy) {
-    put(copy);
+    put(copy, Owner::another);
 }
 
 int HeadlessPasteboard::write(const PasteboardContents& contents) {
     written_.push_back(contents);
     ForeignCopy own;
     own.contents = contents;
-    put(std::move(own));
+    put(std::move(own), Owner::us);
     return changeCount_;
 }
 
-void HeadlessPasteboard::put(ForeignCopy copy) {
+void HeadlessPasteboard::quitOwner() {
+    if (owner_ != Owner::another) return;
+    offered_.reset();
+    owner_ = Owner::gone;
+    if (decision_ == Decision::keep) keep(changeCount_);
+    if (decision_ == Decision::drop) empty();
+}
+
+void HeadlessPasteboard::keep(int changeCount) {
+    if (changeCount != changeCount_ || owner_ == Owner::us || decision_ == Decision::drop) return;
+    decision_ = Decision::keep;
+    if (owner_ != Owner::gone) return;
+    owner_ = Owner::us;
+    offered_ = current_.contents;
+}
+
+void HeadlessPasteboard::drop(int changeCount) {
+    if (changeCount != changeCount_ || (owner_ == Owner::gone && decision_ == Decision::drop)) return;
+    decision_ = Decision::drop;
+    if (owner_ != Owner::another) empty();
+}
+
+void HeadlessPasteboard::empty() {
+    ForeignCopy nothing;
+    nothing.tellsTypes = false;
+    put(nothing, Owner::gone);
+}
+
+void HeadlessPasteboard::put(ForeignCopy copy, Owner owner) {
     current_ = std::move(copy);
+    owner_ = owner;
+    decision_ = owner == Owner::gone ? Decision::drop : Decision::none;
+    offered_ = owner == Owner::gone ? std::nullopt : std::optional(current_.contents);
     ++changeCount_;
     if (!announces_) return;
     runLoop_.async([weak = std::weak_ptr(handler_)] {

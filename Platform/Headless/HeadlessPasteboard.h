@@ -4,6 +4,7 @@
 #include "Platform/RunLoop.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,12 @@ public:
 
     /// Another program copies.
     void copy(const ForeignCopy& copy);
+    /// The program that copied last quits; nothing happens when the content is ours already.
+    void quitOwner();
+    /// What another program that pastes now gets; nothing when nobody offers anything.
+    const std::optional<PasteboardContents>& offered() const { return offered_; }
+    /// Whether it is us who offers it.
+    bool isOurs() const { return owner_ == Owner::us; }
     /// What the program itself wrote, oldest first.
     const std::vector<PasteboardContents>& written() const { return written_; }
     /// Off: changes are found by polling only.
@@ -40,13 +47,22 @@ public:
     std::optional<std::string> string() const override;
     SharedBytes data(const std::string& type) const override;
     int write(const PasteboardContents& contents) override;
+    void keep(int changeCount) override;
+    void drop(int changeCount) override;
     bool setChangeHandler(std::function<void()> handler) override;
 
 private:
-    void put(ForeignCopy copy);
+    enum class Owner { another, gone, us };
+    enum class Decision { none, keep, drop };
+
+    void put(ForeignCopy copy, Owner owner);
+    void empty();
 
     RunLoop& runLoop_;
     ForeignCopy current_;
+    std::optional<PasteboardContents> offered_;
+    Owner owner_ = Owner::gone;
+    Decision decision_ = Decision::drop;
     std::vector<PasteboardContents> written_;
     int changeCount_ = 1;
     bool announces_ = true;

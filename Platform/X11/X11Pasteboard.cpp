@@ -74,6 +74,7 @@ struct X11Pasteboard::State {
     void accept(const std::optional<Change>& change) {
         if (!change || change->writeNumber < writeNumber) return;
         snapshot = change->snapshot;
+        isOurs = false;
         if (change->isInitial) return;
         ++changeCount;
         announce();
@@ -82,6 +83,7 @@ struct X11Pasteboard::State {
     void loseDisplay() {
         hasDisplay = false;
         snapshot = std::make_shared<const PasteboardSnapshot>();
+        isOurs = false;
         ++changeCount;
         announce();
     }
@@ -95,7 +97,7 @@ struct X11Pasteboard::State {
     std::shared_ptr<std::function<void()>> handler;
     std::function<void()> postDelivery;
     int changeCount = 1, writeNumber = 0;
-    bool hasDisplay = true;
+    bool hasDisplay = true, isOurs = false;
 };
 
 X11Pasteboard::X11Pasteboard(RunLoop& runLoop, X11PasteboardOptions options)
@@ -144,6 +146,7 @@ SharedBytes X11Pasteboard::data(const std::string& type) const {
 int X11Pasteboard::write(const PasteboardContents& contents) {
     if (!state_->hasDisplay) return state_->changeCount;
     state_->snapshot = std::make_shared<const PasteboardSnapshot>(x11_formats::snapshot(contents));
+    state_->isOurs = true;
     ++state_->changeCount;
     worker_->write(++state_->writeNumber, std::make_shared<const PasteboardContents>(contents));
     // Later, as every other change: the caller first learns the count by which it knows its own.
@@ -151,6 +154,19 @@ int X11Pasteboard::write(const PasteboardContents& contents) {
         if (const auto state = weak.lock()) state->announce();
     });
     return state_->changeCount;
+}
+
+void X11Pasteboard::keep(int changeCount) {
+    if (changeCount != state_->changeCount || state_->isOurs) return;
+    worker_->decide(state_->snapshot, X11PasteboardHeir::Decision::keep);
+}
+
+void X11Pasteboard::drop(int changeCount) {
+    if (changeCount != state_->changeCount) return;
+    if (state_->isOurs)
+        worker_->withdraw(state_->writeNumber);
+    else
+        worker_->decide(state_->snapshot, X11PasteboardHeir::Decision::drop);
 }
 
 bool X11Pasteboard::setChangeHandler(std::function<void()> handler) {

@@ -32,6 +32,8 @@ public:
     std::optional<std::string> string() const override;
     SharedBytes data(const std::string& type) const override;
     int write(const PasteboardContents& contents) override;
+    void keep(int changeCount) override;
+    void drop(int changeCount) override;
     bool setChangeHandler(std::function<void()> handler) override;
 
     /// Offers the pasteboard's text as the PRIMARY selection as well, for terminals that paste nothing else by

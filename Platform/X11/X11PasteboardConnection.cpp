@@ -41,9 +41,10 @@ X11PasteboardConnection::~X11PasteboardConnection() {
 
 void X11PasteboardConnection::createWindow(int screenNumber) {
     const xcb_screen_t* screen = screenOf(xcb_, screenNumber);
+    root_ = screen->root;
     window_ = xcb_generate_id(xcb_);
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_create_window(xcb_, XCB_COPY_FROM_PARENT, window_, screen->root, -10, -10, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+    xcb_create_window(xcb_, XCB_COPY_FROM_PARENT, window_, root_, -10, -10, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
 }
 
@@ -71,12 +72,24 @@ void X11PasteboardConnection::log(const std::string& line) const {
     options_.log(line);
 }
 
-xcb_atom_t X11PasteboardConnection::atom(const std::string& name) {
+xcb_atom_t X11PasteboardConnection::atom(const std::string& name) const {
     if (const auto known = atoms_.find(name); known != atoms_.end()) return known->second;
     const auto cookie = xcb_intern_atom(xcb_, 0, static_cast<std::uint16_t>(name.size()), name.data());
     const XcbOwned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(xcb_, cookie, nullptr));
     if (!reply) return XCB_ATOM_NONE;
     return atoms_[name] = reply->atom;
+}
+
+void X11PasteboardConnection::announceManager(xcb_atom_t selection, xcb_timestamp_t time) const {
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = root_;
+    event.type = atom("MANAGER");
+    event.data.data32[0] = time;
+    event.data.data32[1] = selection;
+    event.data.data32[2] = window_;
+    xcb_send_event(xcb_, 0, root_, XCB_EVENT_MASK_STRUCTURE_NOTIFY, reinterpret_cast<const char*>(&event));
 }
 
 xcb_window_t X11PasteboardConnection::owner(xcb_atom_t selection) const {

@@ -28,6 +28,8 @@ struct X11PasteboardOptions {
     std::size_t chunk = std::size_t{256} << 10;
     /// A program that pastes from us and takes nothing for so long is given up.
     std::chrono::milliseconds requestorDeadline{10'000};
+    /// A copy whose owner is gone, or wants it saved, waits so long for the word whether it may be kept.
+    std::chrono::milliseconds decisionDeadline{2'000};
     /// After so many reads in a row that a newer change cut off, the next waits for `restartPause`.
     int restartLimit = 8;
     std::chrono::milliseconds restartPause{500};
@@ -71,7 +73,9 @@ public:
     void log(const std::string& line) const;
 
     /// Asked once for each name, then remembered.
-    xcb_atom_t atom(const std::string& name);
+    xcb_atom_t atom(const std::string& name) const;
+    /// Tells everybody who waits for a manager selection that it is ours since `time`.
+    void announceManager(xcb_atom_t selection, xcb_timestamp_t time) const;
     /// 0 when nobody owns it.
     xcb_window_t owner(xcb_atom_t selection) const;
 
@@ -82,10 +86,10 @@ private:
     X11PasteboardOptions options_;
     xcb_connection_t* xcb_ = nullptr;
     int descriptor_ = -1;
-    xcb_window_t window_ = XCB_NONE;
+    xcb_window_t root_ = XCB_NONE, window_ = XCB_NONE;
     int ownerChangeEvent_ = 0;
     std::size_t chunk_ = 0;
-    std::unordered_map<std::string, xcb_atom_t> atoms_;
+    mutable std::unordered_map<std::string, xcb_atom_t> atoms_;
 };
 
 }  // namespace brimquill::platform

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 
 namespace brimquill::platform {
 
@@ -234,13 +235,46 @@ std::vector<Offered> encode(const PasteboardContents& contents) {
     return offered;
 }
 
+std::vector<Offered> encode(const PasteboardSnapshot& snapshot) {
+    std::vector<Offered> offered = encode(PasteboardContents{
+        .string = snapshot.string, .filePaths = snapshot.filePaths, .png = snapshot.png, .gif = snapshot.gif});
+    if (snapshot.tiff) offered.push_back({snapshot.tiffTarget, snapshot.tiffTarget, snapshot.tiff});
+    return offered;
+}
+
+std::vector<std::string> furtherTargets(const std::vector<std::string>& names, const PasteboardSnapshot& snapshot) {
+    // How the protocol talks of itself, what marks a secret, and a toolkit's own copy of the picture beside it.
+    static const std::set<std::string_view> withoutContent = {
+        "TARGETS",          "TIMESTAMP",       "MULTIPLE", "SAVE_TARGETS", "DELETE",
+        "INSERT_SELECTION", "INSERT_PROPERTY", "x-kde-passwordManagerHint", "application/x-qt-image"};
+    auto isPicture = [](std::string_view name) { return name.starts_with("image/") && name != "image/svg+xml"; };
+    const Target* picture = nullptr;
+    const bool hasPicture = snapshot.gif || snapshot.png || snapshot.tiff;
+    for (const Target& target : targets())
+        if (!hasPicture && !picture && isPicture(target.name) && std::ranges::count(names, target.name) > 0)
+            picture = &target;
+    std::set<std::string_view> known;
+    for (const Offered& offered : encode(snapshot))
+        known.insert(offered.target);
+    // Of copied files the program's own form says, too, whether they were cut.
+    known.erase("x-special/gnome-copied-files");
+    if (snapshot.string) known.insert("text/plain;charset=UTF-8");
+    std::vector<std::string> further;
+    for (const std::string& name : names) {
+        if (withoutContent.contains(name) || !known.insert(name).second) continue;
+        if (!isPicture(name) || (picture && name == picture->name)) further.push_back(name);
+    }
+    return further;
+}
+
 PasteboardSnapshot snapshot(const PasteboardContents& contents) {
     PasteboardSnapshot own{.types = std::vector<std::string>{},
                            .string = contents.string,
                            .filePaths = contents.filePaths,
                            .gif = contents.gif,
                            .png = contents.png,
-                           .tiff = nullptr};
+                           .tiff = nullptr,
+                           .tiffTarget = "image/tiff"};
     if (!own.filePaths.empty()) own.types->push_back(pasteboard_type::fileURL);
     if (own.string) own.types->push_back(pasteboard_type::string);
     if (own.gif) own.types->push_back(pasteboard_type::gif);

@@ -57,6 +57,13 @@ struct Offered {
 /// one path a line, for the programs that take nothing else (terminals); beside a picture the path would win over it.
 std::vector<Offered> encode(const PasteboardContents& contents);
 
+/// Everything that can be offered of another program's copy by what was read of it.
+std::vector<Offered> encode(const PasteboardSnapshot& snapshot);
+
+/// The targets among `names`, an owner's own list, that hold more than `encode` makes of what was read already, in
+/// their order: no text beside text, and one picture at most, which is the most exact one.
+std::vector<std::string> furtherTargets(const std::vector<std::string>& names, const PasteboardSnapshot& snapshot);
+
 /// What the program itself sees of its own contents.
 PasteboardSnapshot snapshot(const PasteboardContents& contents);
 

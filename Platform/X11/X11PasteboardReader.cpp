@@ -22,17 +22,17 @@ bool isBlank(const std::optional<std::string>& text) {
 
 }  // namespace
 
-X11PasteboardReader::X11PasteboardReader(X11PasteboardConnection& connection, Finished finished)
-    : connection_(connection),
-      finished_(std::move(finished)),
-      transfer_(connection, [this](X11SelectionTransfer::Result result) { answered(std::move(result)); }) {}
+X11PasteboardReader::X11PasteboardReader(X11PasteboardConnection& connection, X11SelectionTransfer& transfer,
+                                         Finished finished)
+    : connection_(connection), transfer_(transfer), finished_(std::move(finished)) {}
 
 void X11PasteboardReader::start(xcb_timestamp_t time) {
     abandon();
     time_ = time;
     started_ = Clock::now();
     snapshot_ = std::make_shared<PasteboardSnapshot>();
-    offered_.reset();
+    offered_.clear();
+    isListed_ = false;
     received_ = 0;
     place_.reset();
     ask("TARGETS");
@@ -45,7 +45,8 @@ void X11PasteboardReader::abandon() {
 
 void X11PasteboardReader::ask(const std::string& target) {
     const std::size_t limit = place_ ? connection_.options().cap - received_ : mostTargetBytes;
-    transfer_.begin(connection_.atom(target), time_, limit, started_, received_);
+    transfer_.begin(connection_.atom(target), time_, {limit, started_, received_},
+                    [this](X11SelectionTransfer::Result result) { answered(std::move(result)); });
 }
 
 void X11PasteboardReader::answered(X11SelectionTransfer::Result result) {
@@ -69,16 +70,17 @@ void X11PasteboardReader::answered(X11SelectionTransfer::Result result) {
 void X11PasteboardReader::takeTargets(const X11SelectionTransfer::Result& result) {
     place_ = 0;
     if (result.outcome != Outcome::done) return;
-    std::vector<xcb_atom_t> atoms(result.value.size() / sizeof(xcb_atom_t));
-    if (!atoms.empty()) std::memcpy(atoms.data(), result.value.data(), atoms.size() * sizeof(xcb_atom_t));
-    offered_.emplace(atoms.begin(), atoms.end());
+    isListed_ = true;
+    offered_.resize(result.value.size() / sizeof(xcb_atom_t));
+    if (!offered_.empty()) std::memcpy(offered_.data(), result.value.data(), offered_.size() * sizeof(xcb_atom_t));
     snapshot_->types.emplace();
     for (const x11_formats::Target& target : x11_formats::targets())
         if (target.kind != ContentKind::concealedHint && isOffered(target)) addType(target.kind);
 }
 
 bool X11PasteboardReader::isOffered(const x11_formats::Target& target) {
-    return !offered_ || offered_->contains(connection_.atom(target.name));
+    return !isListed_ ||
+           std::find(offered_.begin(), offered_.end(), connection_.atom(target.name)) != offered_.end();
 }
 
 bool X11PasteboardReader::addType(ContentKind kind) {
@@ -112,7 +114,7 @@ void X11PasteboardReader::take(const x11_formats::Target& target, X11SelectionTr
     const bool done = result.outcome == Outcome::done;
     if (target.kind == ContentKind::concealedHint) {
         // A hint that is announced and then withheld is taken for the secret that it may be.
-        if (done ? x11_formats::isSecretHint(result.value) : offered_.has_value()) {
+        if (done ? x11_formats::isSecretHint(result.value) : isListed_) {
             if (!snapshot_->types) snapshot_->types.emplace();
             addType(ContentKind::concealedHint);
             place_.reset();
@@ -127,6 +129,7 @@ void X11PasteboardReader::take(const x11_formats::Target& target, X11SelectionTr
         snapshot_->string = x11_formats::decodeText(target.name, result.value);
     } else if (!result.value.empty()) {
         auto image = std::make_shared<const Bytes>(std::move(result.value));
+        if (target.kind == ContentKind::tiff) snapshot_->tiffTarget = target.name;
         (target.kind == ContentKind::gif   ? snapshot_->gif
          : target.kind == ContentKind::png ? snapshot_->png
                                            : snapshot_->tiff) = std::move(image);

@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <unordered_set>
+#include <vector>
 
 namespace brimquill::platform {
 
@@ -20,14 +20,15 @@ public:
 
     /// `finished` gets the snapshot once it stands. A copy that is too large, or whose owner stops answering, stands
     /// with its types, as far as they were told, and without content.
-    X11PasteboardReader(X11PasteboardConnection& connection, Finished finished);
+    X11PasteboardReader(X11PasteboardConnection& connection, X11SelectionTransfer& transfer, Finished finished);
 
     /// Begins with what the clipboard holds since `time`; a read under way is abandoned.
     void start(xcb_timestamp_t time);
     /// Ends a read under way without a snapshot.
     void abandon();
     bool reading() const { return snapshot_ != nullptr; }
-    X11SelectionTransfer& transfer() { return transfer_; }
+    /// What the owner of the copy that was read last listed, in its order.
+    const std::vector<xcb_atom_t>& offered() const { return offered_; }
 
 private:
     void ask(const std::string& target);
@@ -42,12 +43,14 @@ private:
     void finishWithoutContent();
 
     X11PasteboardConnection& connection_;
+    X11SelectionTransfer& transfer_;
     Finished finished_;
-    X11SelectionTransfer transfer_;
     xcb_timestamp_t time_ = 0;
     Clock::time_point started_;
     std::shared_ptr<PasteboardSnapshot> snapshot_;
-    std::optional<std::unordered_set<xcb_atom_t>> offered_;
+    /// Empty, too, when the owner told no list.
+    std::vector<xcb_atom_t> offered_;
+    bool isListed_ = false;
     std::size_t received_ = 0;
     /// The place in the list of targets; nothing while the owner's own list is awaited.
     std::optional<std::size_t> place_;

@@ -15,6 +15,8 @@ struct PasteboardSnapshot {
     std::optional<std::string> string;
     std::vector<std::string> filePaths;
     SharedBytes gif, png, tiff;
+    /// The target that gave `tiff`: its real format.
+    const char* tiffTarget = "image/tiff";
 
     /// Bytes of content, without the names of the types.
     std::size_t size() const;

@@ -24,10 +24,12 @@ const Event& as(const xcb_generic_event_t& event) {
 X11PasteboardWorker::X11PasteboardWorker(X11PasteboardOptions options, Handlers handlers)
     : handlers_(std::move(handlers)),
       connection_(std::move(options)),
-      reader_(connection_,
-              [this](std::shared_ptr<const PasteboardSnapshot> snapshot) { deliver(std::move(snapshot)); }),
+      transfer_(connection_),
+      reader_(connection_, transfer_,
+              [this](std::shared_ptr<const PasteboardSnapshot> snapshot) { takeRead(std::move(snapshot)); }),
       sender_(connection_),
       offer_(connection_, sender_),
+      heir_(connection_, transfer_, offer_, [this] { deliver(std::make_shared<const PasteboardSnapshot>()); }),
       wakeDescriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     hasDisplay_ = connection_.alive();
     if (!hasDisplay_) {
@@ -37,6 +39,7 @@ X11PasteboardWorker::X11PasteboardWorker(X11PasteboardOptions options, Handlers 
     watches_ = connection_.ownerChangeEvent() != 0;
     clipboard_ = connection_.atom("CLIPBOARD");
     primary_ = connection_.atom("PRIMARY");
+    manager_ = connection_.atom("CLIPBOARD_MANAGER");
     clock_ = connection_.atom("_BRIMQUILL_CLOCK");
     thread_ = std::thread([this] { run(); });
 }
@@ -50,13 +53,30 @@ X11PasteboardWorker::~X11PasteboardWorker() {
 }
 
 void X11PasteboardWorker::write(int number, std::shared_ptr<const PasteboardContents> contents) {
-    post([this, number, contents = std::move(contents)] { requestClaim(clipboard_, {number, contents, nullptr}); });
+    post([this, number, contents = std::move(contents)] { requestClaim(clipboard_, {number, contents, {}}); });
 }
 
 void X11PasteboardWorker::offerPrimary(std::shared_ptr<const PasteboardContents> contents,
                                        std::function<void(bool)> done) {
     post([this, contents = std::move(contents), done = std::move(done)] {
         requestClaim(primary_, {0, contents, done});
+    });
+}
+
+void X11PasteboardWorker::decide(std::shared_ptr<const PasteboardSnapshot> snapshot,
+                                 X11PasteboardHeir::Decision decision) {
+    post([this, snapshot = std::move(snapshot), decision] { heir_.decide(snapshot, decision); });
+}
+
+void X11PasteboardWorker::withdraw(int number) {
+    post([this, number] {
+        const auto pending = claims_.find(clipboard_);
+        if (pending != claims_.end()) {
+            if (pending->second.writeNumber == number) pending->second.isWithdrawn = true;
+        } else if (writeNumber_ == number && !heir_.holds()) {
+            offer_.release(clipboard_);
+        }
+        offer_.release(primary_);
     });
 }
 
@@ -79,7 +99,7 @@ void X11PasteboardWorker::run() {
         runTasks();
         expire();
         bool busy = dispatchEvents();
-        busy |= reader_.transfer().pump();
+        busy |= transfer_.pump();
         // Replies that were waited for leave events in memory that no poll would show: sleep only after a pass without.
         if (!busy) sleep();
     }
@@ -90,12 +110,14 @@ void X11PasteboardWorker::run() {
 }
 
 void X11PasteboardWorker::startWatching() {
+    if (connection_.owner(manager_) == XCB_NONE)
+        requestClaim(manager_, {0, std::make_shared<const PasteboardContents>(), {}});
     if (connection_.owner(clipboard_) == XCB_NONE) {
         isInitial_ = false;
         return;
     }
     readTime_ = XCB_CURRENT_TIME;
-    reader_.start(readTime_);
+    startRead();
 }
 
 void X11PasteboardWorker::runTasks() {
@@ -125,11 +147,11 @@ void X11PasteboardWorker::dispatch(const xcb_generic_event_t& event) {
     if (watches_ && type == connection_.ownerChangeEvent()) {
         const auto& change = as<xcb_xfixes_selection_notify_event_t>(event);
         if (change.selection == clipboard_ && !offer_.isOutdated(clipboard_, event))
-            ownerChanged(change.owner, change.selection_timestamp);
+            ownerChanged(change.owner, change.selection_timestamp, change.timestamp);
     } else if (type == XCB_SELECTION_NOTIFY) {
-        reader_.transfer().handle(as<xcb_selection_notify_event_t>(event));
+        transfer_.handle(as<xcb_selection_notify_event_t>(event));
     } else if (type == XCB_SELECTION_REQUEST) {
-        offer_.handle(as<xcb_selection_request_event_t>(event));
+        answer(as<xcb_selection_request_event_t>(event));
     } else if (type == XCB_SELECTION_CLEAR) {
         const xcb_atom_t selection = as<xcb_selection_clear_event_t>(event).selection;
         if (!offer_.isOutdated(selection, event)) offer_.lose(selection);
@@ -142,11 +164,20 @@ void X11PasteboardWorker::dispatch(const xcb_generic_event_t& event) {
         else if (change.atom == clock_)
             claimAsOf(change.time);
         else
-            reader_.transfer().handle(change);
+            transfer_.handle(change);
     }
 }
 
-void X11PasteboardWorker::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
+void X11PasteboardWorker::answer(const xcb_selection_request_event_t& event) {
+    const bool isSave = event.selection == manager_ && event.target == connection_.atom("SAVE_TARGETS");
+    if (isSave && offer_.owns(manager_))
+        heir_.save(event);
+    else
+        offer_.handle(event);
+}
+
+// `time` is since when the present owner, or the last one, has it, `now` when that changed.
+void X11PasteboardWorker::ownerChanged(xcb_window_t owner, xcb_timestamp_t time, xcb_timestamp_t now) {
     const bool cutOff = reader_.reading();
     reader_.abandon();
     isInitial_ = false;
@@ -155,8 +186,10 @@ void X11PasteboardWorker::ownerChanged(xcb_window_t owner, xcb_timestamp_t time)
     offer_.lose(clipboard_);
     if (owner == XCB_NONE) {
         readAgainAt_.reset();
+        if (heir_.inherit(now)) return;
         return deliver(std::make_shared<const PasteboardSnapshot>());
     }
+    heir_.forget();
     restarts_ = cutOff ? restarts_ + 1 : restarts_;
     if (restarts_ < connection_.options().restartLimit) return startRead();
     // Somebody takes the clipboard anew whenever it is read. It is looked at again in a while, once it stays as it is;
@@ -171,7 +204,16 @@ void X11PasteboardWorker::ownerChanged(xcb_window_t owner, xcb_timestamp_t time)
 
 void X11PasteboardWorker::startRead() {
     readAgainAt_.reset();
+    heir_.await();
     reader_.start(readTime_);
+}
+
+void X11PasteboardWorker::takeRead(std::shared_ptr<const PasteboardSnapshot> snapshot) {
+    if (isInitial_)
+        heir_.forget();
+    else
+        heir_.hold(snapshot, reader_.offered(), readTime_);
+    deliver(std::move(snapshot));
 }
 
 void X11PasteboardWorker::deliver(std::shared_ptr<const PasteboardSnapshot> snapshot) {
@@ -191,27 +233,44 @@ void X11PasteboardWorker::requestClaim(xcb_atom_t selection, Claim claim) {
 
 void X11PasteboardWorker::claimAsOf(xcb_timestamp_t time) {
     for (auto& [selection, claim] : std::exchange(claims_, {})) {
-        const bool claimed = offer_.claim(selection, *claim.contents, time);
-        if (claim.done) claim.done(claimed);
-        if (selection != clipboard_) continue;
-        // Whatever was copied before this write is replaced by it. When the claim came too late, the copy that won is
-        // newer than the write: its event is on the way, and the read of it counts after the write.
-        writeNumber_ = claim.writeNumber;
-        if (claimed) reader_.abandon();
+        if (selection == clipboard_)
+            claimClipboard(claim, time);
+        else if (selection == manager_)
+            claimManager(time);
+        else
+            claim.done(offer_.claim(selection, offer_.values(x11_formats::encode(*claim.contents)), time));
     }
+}
+
+void X11PasteboardWorker::claimClipboard(const Claim& claim, xcb_timestamp_t time) {
+    const bool claimed = offer_.claim(clipboard_, offer_.values(x11_formats::encode(*claim.contents)), time);
+    // Whatever was copied before this write is replaced by it. When the claim came too late, the copy that won is newer
+    // than the write: its event is on the way, and the read of it counts after the write.
+    writeNumber_ = claim.writeNumber;
+    if (!claimed) return;
+    reader_.abandon();
+    heir_.forget();
+    if (claim.isWithdrawn) offer_.release(clipboard_);
+}
+
+// A manager that came before us stays; one that comes after us and takes it may have it.
+void X11PasteboardWorker::claimManager(xcb_timestamp_t time) {
+    if (connection_.owner(manager_) == XCB_NONE && offer_.claim(manager_, {}, time))
+        connection_.announceManager(manager_, time);
 }
 
 void X11PasteboardWorker::expire() {
     const Clock::time_point now = Clock::now();
-    reader_.transfer().expire(now);
+    transfer_.expire(now);
     sender_.expire(now);
+    heir_.expire(now);
     if (readAgainAt_ && now >= *readAgainAt_) startRead();
 }
 
 void X11PasteboardWorker::sleep() {
     xcb_flush(connection_.xcb());
     std::optional<Clock::time_point> until = readAgainAt_;
-    for (const auto& deadline : {reader_.transfer().deadline(), sender_.deadline()})
+    for (const auto& deadline : {transfer_.deadline(), sender_.deadline(), heir_.deadline()})
         if (deadline) until = until ? std::min(*until, *deadline) : *deadline;
     int timeout = -1;
     if (until) {

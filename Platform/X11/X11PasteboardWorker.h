@@ -2,9 +2,11 @@
 
 #include "Platform/Pasteboard.h"
 #include "Platform/X11/X11PasteboardConnection.h"
+#include "Platform/X11/X11PasteboardHeir.h"
 #include "Platform/X11/X11PasteboardReader.h"
 #include "Platform/X11/X11SelectionOffer.h"
 #include "Platform/X11/X11SelectionSender.h"
+#include "Platform/X11/X11SelectionTransfer.h"
 
 #include <atomic>
 #include <functional>
@@ -17,7 +19,8 @@
 
 namespace brimquill::platform {
 
-/// The thread that watches, reads and serves the clipboard. It waits for nothing but its display: other programs are
+/// The thread that watches, reads and serves the clipboard, and that is the desktop's clipboard manager unless there is
+/// another. It waits for nothing but its display: other programs are
 /// answered event by event, so that a paste from us works while somebody else's owner hangs.
 class X11PasteboardWorker final {
 public:
@@ -48,6 +51,11 @@ public:
     void write(int number, std::shared_ptr<const PasteboardContents> contents);
     /// Takes PRIMARY for `contents`, soon, then calls `done` on the worker's thread. Any thread.
     void offerPrimary(std::shared_ptr<const PasteboardContents> contents, std::function<void(bool)> done);
+    /// Decides, soon, whether the copy that gave `snapshot` outlives its owner; a drop takes it off the clipboard if it
+    /// was taken over. Any thread.
+    void decide(std::shared_ptr<const PasteboardSnapshot> snapshot, X11PasteboardHeir::Decision decision);
+    /// Takes the write of that number off the clipboard, soon, if it is still there, and off PRIMARY. Any thread.
+    void withdraw(int number);
 
 private:
     using Clock = X11PasteboardConnection::Clock;
@@ -55,6 +63,7 @@ private:
         int writeNumber = 0;
         std::shared_ptr<const PasteboardContents> contents;
         std::function<void(bool)> done;
+        bool isWithdrawn = false;
     };
 
     void run();
@@ -62,11 +71,15 @@ private:
     void runTasks();
     bool dispatchEvents();
     void dispatch(const xcb_generic_event_t& event);
-    void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
+    void answer(const xcb_selection_request_event_t& event);
+    void ownerChanged(xcb_window_t owner, xcb_timestamp_t time, xcb_timestamp_t now);
     void startRead();
+    void takeRead(std::shared_ptr<const PasteboardSnapshot> snapshot);
     void deliver(std::shared_ptr<const PasteboardSnapshot> snapshot);
     void requestClaim(xcb_atom_t selection, Claim claim);
     void claimAsOf(xcb_timestamp_t time);
+    void claimClipboard(const Claim& claim, xcb_timestamp_t time);
+    void claimManager(xcb_timestamp_t time);
     void expire();
     void sleep();
     void wake();
@@ -74,10 +87,12 @@ private:
 
     Handlers handlers_;
     X11PasteboardConnection connection_;
+    X11SelectionTransfer transfer_;
     X11PasteboardReader reader_;
     X11SelectionSender sender_;
     X11SelectionOffer offer_;
-    xcb_atom_t clipboard_ = XCB_ATOM_NONE, primary_ = XCB_ATOM_NONE, clock_ = XCB_ATOM_NONE;
+    X11PasteboardHeir heir_;
+    xcb_atom_t clipboard_ = XCB_ATOM_NONE, primary_ = XCB_ATOM_NONE, manager_ = XCB_ATOM_NONE, clock_ = XCB_ATOM_NONE;
     bool hasDisplay_ = false, watches_ = false;
 
     // The worker's own from here on.

@@ -1,7 +1,5 @@
 #include "Platform/X11/X11SelectionOffer.h"
 
-#include "Platform/X11/X11PasteboardFormats.h"
-
 #include <utility>
 
 namespace brimquill::platform {
@@ -17,10 +15,15 @@ bool isBefore(std::uint32_t a, std::uint32_t b) {
 
 }  // namespace
 
-bool X11SelectionOffer::claim(xcb_atom_t selection, const PasteboardContents& contents, xcb_timestamp_t time) {
-    Owned owned{.since = time, .claimSequence = 0, .values = {}};
-    for (const x11_formats::Offered& offered : x11_formats::encode(contents))
-        owned.values[connection_.atom(offered.target)] = {connection_.atom(offered.type), offered.value};
+X11SelectionOffer::Values X11SelectionOffer::values(const std::vector<x11_formats::Offered>& offered) const {
+    Values values;
+    for (const x11_formats::Offered& one : offered)
+        values[connection_.atom(one.target)] = {connection_.atom(one.type), 8, one.value};
+    return values;
+}
+
+bool X11SelectionOffer::claim(xcb_atom_t selection, Values values, xcb_timestamp_t time) {
+    Owned owned{.since = time, .claimSequence = 0, .values = std::move(values)};
     owned.claimSequence = xcb_set_selection_owner(connection_.xcb(), connection_.window(), selection, time).sequence;
     // A claim with a time before the present owner's is ignored without an error.
     if (connection_.owner(selection) != connection_.window()) {
@@ -29,6 +32,14 @@ bool X11SelectionOffer::claim(xcb_atom_t selection, const PasteboardContents& co
     }
     owned_[selection] = std::move(owned);
     return true;
+}
+
+// As of the time of the claim, so that a claim of somebody else's since then stands.
+void X11SelectionOffer::release(xcb_atom_t selection) {
+    const auto found = owned_.find(selection);
+    if (found == owned_.end()) return;
+    xcb_set_selection_owner(connection_.xcb(), XCB_NONE, selection, found->second.since);
+    owned_.erase(found);
 }
 
 // The server stamps each event with the last request of ours that it had worked on: exact, where its times are too
@@ -66,14 +77,23 @@ bool X11SelectionOffer::answer(const Owned& owned, xcb_window_t requestor, xcb_a
                             &owned.since);
         return true;
     }
-    // There is nothing left to save: whoever asks gets the empty answer that says it was done.
-    if (target == connection_.atom("SAVE_TARGETS")) {
-        xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, requestor, property, connection_.atom("NULL"), 32,
-                            0, nullptr);
-        return true;
-    }
+    // There is nothing left to save.
+    if (target == connection_.atom("SAVE_TARGETS")) return finishSave(requestor, property);
     const auto value = owned.values.find(target);
-    return value != owned.values.end() && sender_.send(requestor, property, value->second.type, value->second.bytes);
+    return value != owned.values.end() && sender_.send(requestor, property, value->second);
+}
+
+// The empty answer is what says that it was done.
+bool X11SelectionOffer::finishSave(xcb_window_t requestor, xcb_atom_t property) {
+    xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, requestor, property, connection_.atom("NULL"), 32, 0,
+                        nullptr);
+    return true;
+}
+
+void X11SelectionOffer::answerSave(const xcb_selection_request_event_t& event, bool isDone) {
+    const xcb_atom_t property = event.property != XCB_ATOM_NONE ? event.property : event.target;
+    if (isDone) finishSave(event.requestor, property);
+    notify(event, isDone ? property : xcb_atom_t{XCB_ATOM_NONE});
 }
 
 void X11SelectionOffer::answerTargets(const Owned& owned, xcb_window_t requestor, xcb_atom_t property) {
@@ -94,9 +114,10 @@ bool X11SelectionOffer::answerMultiple(const Owned& owned, xcb_window_t requesto
     if (!reply || reply->format != 32) return false;
     const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
     std::vector<xcb_atom_t> pairs(atoms, atoms + reply->value_len);
-    const xcb_atom_t multiple = connection_.atom("MULTIPLE");
+    // Saving takes its time, and has to be asked for by itself.
+    const xcb_atom_t multiple = connection_.atom("MULTIPLE"), save = connection_.atom("SAVE_TARGETS");
     for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
-        const bool askable = pairs[i] != multiple && pairs[i + 1] != XCB_ATOM_NONE;
+        const bool askable = pairs[i] != multiple && pairs[i] != save && pairs[i + 1] != XCB_ATOM_NONE;
         if (!askable || !answer(owned, requestor, pairs[i], pairs[i + 1])) pairs[i + 1] = XCB_ATOM_NONE;
     }
     xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, requestor, property, connection_.atom("ATOM_PAIR"),

@@ -9,19 +9,26 @@ constexpr std::size_t mostTransfers = 256;
 
 }  // namespace
 
-bool X11SelectionSender::send(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type, SharedBytes value) {
-    xcb_connection_t* xcb = connection_.xcb();
-    if (value->size() <= connection_.chunk()) {
-        xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, requestor, property, type, 8,
-                            static_cast<std::uint32_t>(value->size()), value->data());
+bool X11SelectionSender::send(xcb_window_t requestor, xcb_atom_t property, Value value) {
+    const std::size_t size = value.bytes->size();
+    if (size <= connection_.chunk()) {
+        put(requestor, property, value, 0, size);
         return true;
     }
     if (transfers_.size() >= mostTransfers) return false;
     watch(requestor, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
-    const auto announced = static_cast<std::uint32_t>(std::min<std::size_t>(value->size(), UINT32_MAX));
-    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, requestor, property, connection_.atom("INCR"), 32, 1, &announced);
-    transfers_[{requestor, property}] = {type, std::move(value), 0, Clock::now()};
+    const auto announced = static_cast<std::uint32_t>(std::min<std::size_t>(size, UINT32_MAX));
+    xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, requestor, property, connection_.atom("INCR"), 32, 1,
+                        &announced);
+    transfers_[{requestor, property}] = {std::move(value), 0, Clock::now()};
     return true;
+}
+
+void X11SelectionSender::put(xcb_window_t requestor, xcb_atom_t property, const Value& value, std::size_t offset,
+                             std::size_t length) {
+    const std::size_t units = length / (value.format / 8U);
+    xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, requestor, property, value.type, value.format,
+                        static_cast<std::uint32_t>(units), value.bytes->data() + offset);
 }
 
 void X11SelectionSender::handle(const xcb_property_notify_event_t& event) {
@@ -29,9 +36,8 @@ void X11SelectionSender::handle(const xcb_property_notify_event_t& event) {
     const auto found = transfers_.find({event.window, event.atom});
     if (found == transfers_.end()) return;
     Transfer& transfer = found->second;
-    const std::size_t length = std::min(connection_.chunk(), transfer.value->size() - transfer.sent);
-    xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, event.window, event.atom, transfer.type, 8,
-                        static_cast<std::uint32_t>(length), transfer.value->data() + transfer.sent);
+    const std::size_t length = std::min(connection_.chunk(), transfer.value.bytes->size() - transfer.sent);
+    put(event.window, event.atom, transfer.value, transfer.sent, length);
     transfer.sent += length;
     transfer.progress = Clock::now();
     if (length == 0) forget(found);  // the empty piece was the sign of the end

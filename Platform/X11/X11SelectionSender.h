@@ -18,8 +18,15 @@ public:
 
     explicit X11SelectionSender(X11PasteboardConnection& connection) : connection_(connection) {}
 
+    /// What is handed over: the type of the property that holds it, the bits of its units (8, 16 or 32), the bytes.
+    struct Value {
+        xcb_atom_t type = XCB_ATOM_NONE;
+        std::uint8_t format = 8;
+        SharedBytes bytes = {};
+    };
+
     /// Puts `value`, or the beginning of its handing over, into the property. False when too many are under way.
-    bool send(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type, SharedBytes value);
+    bool send(xcb_window_t requestor, xcb_atom_t property, Value value);
 
     void handle(const xcb_property_notify_event_t& event);
     void handle(const xcb_destroy_notify_event_t& event);
@@ -30,13 +37,13 @@ public:
 private:
     using Key = std::pair<xcb_window_t, xcb_atom_t>;
     struct Transfer {
-        xcb_atom_t type;
-        SharedBytes value;
+        Value value;
         std::size_t sent;
         Clock::time_point progress;
     };
     using Transfers = std::map<Key, Transfer>;
 
+    void put(xcb_window_t requestor, xcb_atom_t property, const Value& value, std::size_t offset, std::size_t length);
     void watch(xcb_window_t requestor, std::uint32_t events);
     Transfers::iterator forget(Transfers::iterator transfer);
 

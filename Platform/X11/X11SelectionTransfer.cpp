@@ -11,21 +11,17 @@ constexpr int mostProperties = 4096;
 
 }  // namespace
 
-X11SelectionTransfer::X11SelectionTransfer(X11PasteboardConnection& connection, Finished finished)
-    : connection_(connection), finished_(std::move(finished)) {}
-
-void X11SelectionTransfer::begin(xcb_atom_t target, xcb_timestamp_t time, std::size_t limit, Clock::time_point started,
-                                 std::size_t received) {
+void X11SelectionTransfer::begin(xcb_atom_t target, xcb_timestamp_t time, Bounds bounds, Finished finished) {
     abandon();
+    finished_ = std::move(finished);
     state_ = State::asked;
     incremental_ = false;
     type_ = XCB_ATOM_NONE;
+    format_ = 8;
     time_ = time;
     value_.clear();
-    limit_ = limit;
+    bounds_ = bounds;
     pieceOffset_ = 0;
-    receivedBefore_ = received;
-    started_ = started;
     progress_ = Clock::now();
     property_ = takeProperty();
     xcb_delete_property(connection_.xcb(), connection_.window(), property_);
@@ -109,10 +105,11 @@ void X11SelectionTransfer::take() {
         return;
     }
     const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-    if (value_.size() + length + reply->bytes_after > limit_) return finish(Outcome::tooLarge);
+    if (value_.size() + length + reply->bytes_after > bounds_.limit) return finish(Outcome::tooLarge);
     const auto* bytes = static_cast<const std::uint8_t*>(xcb_get_property_value(reply.get()));
     value_.insert(value_.end(), bytes, bytes + length);
     type_ = reply->type;
+    if (length > 0) format_ = reply->format;
     pieceOffset_ += length;
     if (reply->bytes_after > 0) return;
     const bool lastPiece = pieceOffset_ == 0;
@@ -130,33 +127,35 @@ void X11SelectionTransfer::finish(Outcome outcome) {
     else
         retireProperty();
     state_ = State::idle;
-    Result result{.outcome = outcome, .type = XCB_ATOM_NONE, .value = {}};
+    Result result{.outcome = outcome, .type = XCB_ATOM_NONE, .format = format_, .value = {}};
     if (outcome == Outcome::done) {
         result.type = type_;
         result.value = std::move(value_);
     }
     Bytes().swap(value_);
-    finished_(std::move(result));
+    // The next question replaces it while it runs.
+    const Finished finished = std::exchange(finished_, nullptr);
+    finished(std::move(result));
 }
 
 std::optional<X11SelectionTransfer::Clock::time_point> X11SelectionTransfer::deadline() const {
     if (state_ == State::idle) return std::nullopt;
     const Clock::time_point step = progress_ + connection_.options().stepDeadline;
-    const Clock::time_point bound = started_ + connection_.options().readBound;
+    const Clock::time_point bound = bounds_.started + connection_.options().readBound;
     // Past the bound, a transfer that is steady so far is looked at again from step to step.
     return bound > Clock::now() ? std::min(step, bound) : std::min(step, Clock::now() + std::chrono::milliseconds(100));
 }
 
 bool X11SelectionTransfer::isSteady(Clock::time_point now) const {
-    const double seconds = std::chrono::duration<double>(now - started_).count();
-    const auto received = static_cast<double>(receivedBefore_ + value_.size());
+    const double seconds = std::chrono::duration<double>(now - bounds_.started).count();
+    const auto received = static_cast<double>(bounds_.received + value_.size());
     return received >= seconds * static_cast<double>(connection_.options().steadyBytesPerSecond);
 }
 
 void X11SelectionTransfer::expire(Clock::time_point now) {
     if (state_ == State::idle) return;
     const bool stalled = now >= progress_ + connection_.options().stepDeadline;
-    const bool tooSlow = now >= started_ + connection_.options().readBound && !isSteady(now);
+    const bool tooSlow = now >= bounds_.started + connection_.options().readBound && !isSteady(now);
     // A large property that lies in the server already is no reason for impatience with its owner.
     if ((stalled && state_ != State::taking) || tooSlow) finish(Outcome::timedOut);
 }

@@ -16,21 +16,30 @@ class X11SelectionTransfer final {
 public:
     using Clock = X11PasteboardConnection::Clock;
     enum class Outcome { done, refused, timedOut, tooLarge };
-    /// `type` is the property's type, `value` everything that came; both are empty unless `outcome` is done.
+    /// `type` is the property's type, `format` the bits of its units, `value` everything that came; they say nothing
+    /// unless `outcome` is done.
     struct Result {
         Outcome outcome;
         xcb_atom_t type = XCB_ATOM_NONE;
+        std::uint8_t format = 8;
         Bytes value;
     };
     using Finished = std::function<void(Result)>;
 
-    /// `finished` is called from the operations below and may begin the next transfer.
-    X11SelectionTransfer(X11PasteboardConnection& connection, Finished finished);
+    /// What a read of one copy, which may be many questions, allows each of them.
+    struct Bounds {
+        /// The bytes that are taken.
+        std::size_t limit;
+        /// When the read began, from which its bound counts, and what it has brought before.
+        Clock::time_point started;
+        std::size_t received;
+    };
 
-    /// Asks for the clipboard in the form `target`, as of `time`. `limit` bounds the bytes that are taken; `started` is
-    /// when the read of this copy began, from which its bound counts, and `received` what it has brought before.
-    void begin(xcb_atom_t target, xcb_timestamp_t time, std::size_t limit, Clock::time_point started,
-               std::size_t received);
+    explicit X11SelectionTransfer(X11PasteboardConnection& connection) : connection_(connection) {}
+
+    /// Asks for the clipboard in the form `target`, as of `time`; a question that is open is forgotten. `finished` is
+    /// called from the operations below and may begin the next one.
+    void begin(xcb_atom_t target, xcb_timestamp_t time, Bounds bounds, Finished finished);
     /// Forgets the question; a late answer is dropped. Calls nothing.
     void abandon();
 
@@ -57,9 +66,11 @@ private:
     bool incremental_ = false;
     xcb_atom_t property_ = XCB_ATOM_NONE, type_ = XCB_ATOM_NONE;
     xcb_timestamp_t time_ = 0;
+    std::uint8_t format_ = 8;
     Bytes value_;
-    std::size_t limit_ = 0, pieceOffset_ = 0, receivedBefore_ = 0;
-    Clock::time_point started_, progress_;
+    Bounds bounds_{};
+    std::size_t pieceOffset_ = 0;
+    Clock::time_point progress_;
     std::vector<xcb_atom_t> freeProperties_;
     std::deque<xcb_atom_t> retiredProperties_;
     int propertiesNamed_ = 0;

@@ -18,6 +18,10 @@ public:
     virtual ~Bench() = default;
     virtual Pasteboard& pasteboard() = 0;
     virtual void copy(const ForeignCopy& copy) = 0;
+    /// The program that copied last quits.
+    virtual void quitOwner() = 0;
+    /// The text that another program pastes now, or "refused".
+    virtual std::string pasted() = 0;
     virtual bool waitFor(const std::function<bool()>& condition) = 0;
 };
 
@@ -25,6 +29,11 @@ class HeadlessBench final : public Bench {
 public:
     Pasteboard& pasteboard() override { return pasteboard_; }
     void copy(const ForeignCopy& copy) override { pasteboard_.copy(copy); }
+    void quitOwner() override { pasteboard_.quitOwner(); }
+    std::string pasted() override {
+        const auto& offered = pasteboard_.offered();
+        return offered && offered->string ? *offered->string : "refused";
+    }
     bool waitFor(const std::function<bool()>& condition) override {
         runLoop_.run();
         return condition();
@@ -35,6 +44,12 @@ private:
     HeadlessPasteboard pasteboard_{runLoop_};
 };
 
+X11PasteboardOptions patient() {
+    X11PasteboardOptions options;
+    options.decisionDeadline = std::chrono::hours(1);
+    return options;
+}
+
 class X11Bench final : public Bench {
 public:
     // What an earlier test left on the shared server is seen before this one begins.
@@ -44,6 +59,8 @@ public:
     }
     Pasteboard& pasteboard() override { return world_.pasteboard(); }
     bool waitFor(const std::function<bool()>& condition) override { return world_.waitFor(condition); }
+    void quitOwner() override { owner_->kill(); }
+    std::string pasted() override { return world_.pasted("UTF8_STRING"); }
 
     void copy(const ForeignCopy& copy) override {
         // A write of ours is claimed a moment after it is seen; this copy is to come after that.
@@ -69,7 +86,7 @@ public:
     }
 
 private:
-    SelectionWorld world_;
+    SelectionWorld world_{patient()};
     std::unique_ptr<Process> marker_, owner_;
 };
 
@@ -89,6 +106,19 @@ protected:
         bench_->copy(copy);
         ASSERT_TRUE(bench_->waitFor([&] { return pasteboard().changeCount() > before; }));
         EXPECT_EQ(pasteboard().changeCount(), before + 1);
+    }
+
+    int copyText(const std::string& text) {
+        ForeignCopy foreign;
+        foreign.contents.string = text;
+        copyAndWait(foreign);
+        return pasteboard().changeCount();
+    }
+    bool waitForPaste(const std::string& text) {
+        return bench_->waitFor([&] { return bench_->pasted() == text; });
+    }
+    bool waitForChangeAfter(int count) {
+        return bench_->waitFor([&] { return pasteboard().changeCount() != count; });
     }
 
     static SharedBytes bytes(const std::string& text) {
@@ -198,6 +228,69 @@ TEST_P(PasteboardContract, OwnerThatTellsNoTypesIsReadAllTheSame) {
     copyAndWait(foreign);
     EXPECT_EQ(pasteboard().types(), std::nullopt);
     EXPECT_EQ(pasteboard().string(), "plain");
+}
+
+TEST_P(PasteboardContract, KeptCopyOutlivesItsOwnerWithoutAChange) {
+    const int count = copyText("to be kept");
+    pasteboard().keep(count);
+    bench_->quitOwner();
+    ASSERT_TRUE(waitForPaste("to be kept"));
+    EXPECT_EQ(pasteboard().changeCount(), count);
+    EXPECT_EQ(pasteboard().string(), "to be kept");
+}
+
+TEST_P(PasteboardContract, CopyThatIsKeptAfterItsOwnersDeathIsOfferedToo) {
+    const int count = copyText("decided late");
+    bench_->quitOwner();
+    pasteboard().keep(count);
+    ASSERT_TRUE(waitForPaste("decided late"));
+    EXPECT_EQ(pasteboard().changeCount(), count);
+}
+
+TEST_P(PasteboardContract, DroppedCopyStaysAndGoesWithItsOwner) {
+    const int count = copyText("to be dropped");
+    pasteboard().keep(count);
+    pasteboard().drop(count);
+    EXPECT_TRUE(waitForPaste("to be dropped"));
+    EXPECT_EQ(pasteboard().changeCount(), count);
+    bench_->quitOwner();
+    ASSERT_TRUE(waitForChangeAfter(count));
+    EXPECT_EQ(pasteboard().changeCount(), count + 1);
+    EXPECT_EQ(pasteboard().string(), std::nullopt);
+    EXPECT_EQ(bench_->pasted(), "refused");
+}
+
+TEST_P(PasteboardContract, CopyThatWasTakenOverIsTakenOff) {
+    const int count = copyText("secret");
+    pasteboard().keep(count);
+    bench_->quitOwner();
+    ASSERT_TRUE(waitForPaste("secret"));
+    pasteboard().drop(count);
+    ASSERT_TRUE(waitForChangeAfter(count));
+    EXPECT_EQ(pasteboard().string(), std::nullopt);
+    EXPECT_EQ(bench_->pasted(), "refused");
+    pasteboard().drop(pasteboard().changeCount());
+    EXPECT_EQ(copyText("the next"), count + 2);
+}
+
+TEST_P(PasteboardContract, OwnWriteIsTakenOff) {
+    const int count = pasteboard().write({.string = "secret", .filePaths = {}, .png = nullptr, .gif = nullptr});
+    ASSERT_TRUE(waitForPaste("secret"));
+    pasteboard().drop(count - 1);
+    pasteboard().drop(count);
+    ASSERT_TRUE(waitForChangeAfter(count));
+    EXPECT_EQ(pasteboard().changeCount(), count + 1);
+    EXPECT_EQ(pasteboard().string(), std::nullopt);
+    EXPECT_EQ(bench_->pasted(), "refused");
+}
+
+TEST_P(PasteboardContract, WordAboutAnEarlierCopyIsIgnored) {
+    const int first = copyText("first");
+    const int second = copyText("second");
+    pasteboard().keep(second);
+    pasteboard().drop(first);
+    bench_->quitOwner();
+    EXPECT_TRUE(waitForPaste("second"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Backends, PasteboardContract, ::testing::Values("Headless", "X11"),

@@ -89,6 +89,10 @@ void Process::kill() {
     pid_ = -1;
 }
 
+void Process::terminate() const {
+    ::kill(pid_, SIGTERM);
+}
+
 XServer::XServer()
     : process_(std::make_unique<Process>(std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0",
                                                                   "320x240x24", "-nolisten", "tcp", "-noreset"},
@@ -139,8 +143,8 @@ std::unique_ptr<Process> SelectionWorld::peer(const std::vector<std::string>& ar
     return std::make_unique<Process>(command, "DISPLAY=" + server_.display());
 }
 
-std::string SelectionWorld::pasted(const std::string& target) {
-    const auto requestor = peer({"get", target});
+std::string SelectionWorld::pasted(const std::string& target, const std::string& selection) {
+    const auto requestor = peer({"get", target, "--selection", selection});
     const int status = requestor->wait();
     if (status == 1) return "refused";
     return status == 0 ? requestor->output() : "status " + std::to_string(status);

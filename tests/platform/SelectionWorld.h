@@ -31,6 +31,8 @@ public:
     /// Collects the output to its end and gives the exit status; -1 for a death by signal.
     int wait();
     void kill();
+    /// Asks it to end.
+    void terminate() const;
 
 private:
     bool readSome(int timeoutMilliseconds);
@@ -68,7 +70,7 @@ public:
     bool waitForLog(const std::string& part);
     std::unique_ptr<Process> peer(const std::vector<std::string>& arguments);
     /// What another program gets for `target`; "refused" when it was refused.
-    std::string pasted(const std::string& target);
+    std::string pasted(const std::string& target, const std::string& selection = "CLIPBOARD");
 
 private:
     XServer& server_;

@@ -123,7 +123,9 @@ TEST_F(X11PasteboardHostile, OwnerThatDiesInMidTransferLeavesNothing) {
 }
 
 TEST_F(X11PasteboardHostile, OwnersDeathCountsAndEmpties) {
-    begin(impatient());
+    X11PasteboardOptions options = impatient();
+    options.decisionDeadline = 1ms;
+    begin(options);
     marker_->kill();
     ASSERT_TRUE(waitForChange());
     EXPECT_EQ(pasteboard().changeCount(), countBefore_ + 1);

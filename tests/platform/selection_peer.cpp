@@ -2,7 +2,7 @@
 //
 //   selection_peer own [--selection NAME] [--offer TARGET=TEXT]... [--offer-file TARGET=PATH]...
 //                      [--offer-pattern TARGET=BYTES]... [--chunk BYTES] [--do BEHAVIOUR[@TARGET]]
-//                      [--changes COUNT --every MILLISECONDS]
+//                      [--changes COUNT --every MILLISECONDS] [--save TARGETS]
 //     Owns the selection (CLIPBOARD) and prints "owned" for each claim, "served TARGET" or "refused TARGET" for each
 //     request, and "lost" when somebody else takes the selection; then it ends once the transfers under way are done.
 //     Values longer than --chunk (64 KiB) go out by INCR. A pattern is `BYTES` bytes, the i-th being (i * 31 + i / 251)
@@ -14,6 +14,9 @@
 //                                                          answers the request with what it had before
 //       hasty     puts each piece of a transfer twice, where an owner should wait until it was taken
 //       many      lists 2000 more targets, which it refuses
+//     With --save it does at SIGTERM what programs do that quit: it has the clipboard manager save those of its targets
+//     (names with "," between, or "all" without a list), serves what is asked of it meanwhile, prints "saved", "not
+//     saved" or "no manager" and ends.
 //     With --changes it claims COUNT times, offering the texts "change 1" and so on, `MILLISECONDS` apart, each once
 //     the text before was asked for.
 //
@@ -29,6 +32,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -51,11 +55,14 @@ struct Options {
     std::string selection = "CLIPBOARD", target, behaviour, behaviourTarget;
     std::map<std::string, Bytes> offers;
     std::size_t chunk = 64 << 10;
+    std::optional<std::string> save;
     int changes = 0;
     std::chrono::milliseconds every{0};
     std::optional<std::size_t> dieAfter;
     bool hangs = false;
 };
+
+volatile std::sig_atomic_t isTerminated = 0;
 
 void say(const std::string& line) {
     std::printf("%s\n", line.c_str());
@@ -85,6 +92,17 @@ public:
         const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
         std::free(reply);
         return atom;
+    }
+
+    /// Of names with "," between.
+    std::vector<xcb_atom_t> atoms(const std::string& names) const {
+        std::vector<xcb_atom_t> atoms;
+        for (std::size_t begin = 0; begin <= names.size();) {
+            const std::size_t end = std::min(names.find(',', begin), names.size());
+            atoms.push_back(atom(names.substr(begin, end - begin)));
+            begin = end + 1;
+        }
+        return atoms;
     }
 
     std::string name(xcb_atom_t atom) const {
@@ -121,14 +139,16 @@ public:
     explicit Owner(Options options) : options_(std::move(options)), selection_(display_.atom(options_.selection)) {}
 
     int run() {
+        if (options_.save) std::signal(SIGTERM, [](int) { isTerminated = 1; });
         if (options_.changes == 0) claim();
         for (;;) {
             changeWhenDue();
-            const bool isPaced = options_.changes > 0 || !trickles_.empty();
+            if (isTerminated && !saving_ && !startSave()) return 0;
+            const bool isPaced = options_.changes > 0 || !trickles_.empty() || options_.save;
             const auto event = display_.nextEvent(isPaced ? 2 : 1000);
             if (event) handle(*event);
             trickle();
-            if (lost_ && transfers_.empty()) return 0;
+            if ((lost_ || saved_) && transfers_.empty()) return 0;
         }
     }
 
@@ -140,6 +160,27 @@ private:
         bool isEndless = false, dies = false, isHasty = false;
     };
     using Key = std::pair<xcb_window_t, xcb_atom_t>;
+
+    /// False when there is no manager to save anything.
+    bool startSave() {
+        saving_ = true;
+        const xcb_atom_t manager = display_.atom("CLIPBOARD_MANAGER"), property = display_.atom("PEER_SAVE");
+        auto* owner = xcb_get_selection_owner_reply(display_.xcb(), xcb_get_selection_owner(display_.xcb(), manager),
+                                                    nullptr);
+        const bool hasManager = owner && owner->owner != XCB_NONE;
+        std::free(owner);
+        if (!hasManager) {
+            say("no manager");
+            return false;
+        }
+        const std::vector<xcb_atom_t> targets =
+            *options_.save == "all" ? std::vector<xcb_atom_t>() : display_.atoms(*options_.save);
+        xcb_change_property(display_.xcb(), XCB_PROP_MODE_REPLACE, display_.window(), property, XCB_ATOM_ATOM, 32,
+                            static_cast<std::uint32_t>(targets.size()), targets.data());
+        xcb_convert_selection(display_.xcb(), display_.window(), manager, display_.atom("SAVE_TARGETS"), property,
+                              XCB_CURRENT_TIME);
+        return true;
+    }
 
     void claim() {
         xcb_set_selection_owner(display_.xcb(), display_.window(), selection_, XCB_CURRENT_TIME);
@@ -165,6 +206,11 @@ private:
             case XCB_SELECTION_CLEAR:
                 lost_ = true;
                 say("lost");
+                break;
+            case XCB_SELECTION_NOTIFY:
+                saved_ = true;
+                say(reinterpret_cast<const xcb_selection_notify_event_t&>(event).property == XCB_ATOM_NONE ? "not saved"
+                                                                                                           : "saved");
                 break;
             case XCB_PROPERTY_NOTIFY:
                 sendPiece(reinterpret_cast<const xcb_property_notify_event_t&>(event));
@@ -276,7 +322,7 @@ private:
     xcb_atom_t selection_;
     std::map<Key, Transfer> transfers_;
     std::map<Key, xcb_atom_t> trickles_;
-    bool lost_ = false, hasChanged_ = false, wasRead_ = true;
+    bool lost_ = false, hasChanged_ = false, wasRead_ = true, saving_ = false, saved_ = false;
     int changed_ = 0;
     Clock::time_point nextChange_ = Clock::now(), nextTrickle_ = Clock::now();
 };
@@ -313,11 +359,9 @@ private:
 
     int runMultiple() {
         std::vector<xcb_atom_t> pairs;
-        for (std::size_t begin = 0; begin <= options_.target.size();) {
-            const std::size_t end = std::min(options_.target.find(',', begin), options_.target.size());
-            pairs.push_back(display_.atom(options_.target.substr(begin, end - begin)));
-            pairs.push_back(display_.atom("PEER_VALUE_" + std::to_string(begin)));
-            begin = end + 1;
+        for (const xcb_atom_t target : display_.atoms(options_.target)) {
+            pairs.push_back(target);
+            pairs.push_back(display_.atom("PEER_VALUE_" + std::to_string(pairs.size())));
         }
         xcb_change_property(display_.xcb(), XCB_PROP_MODE_REPLACE, display_.window(), property_,
                             display_.atom("ATOM_PAIR"), 32, static_cast<std::uint32_t>(pairs.size()), pairs.data());
@@ -396,6 +440,7 @@ Options parse(const std::vector<std::string>& words) {
         const std::size_t equals = value.find('='), at = value.find('@');
         const std::string name = value.substr(0, value.rfind('=')), rest = value.substr(value.rfind('=') + 1);
         if (option == "--selection") options.selection = value;
+        if (option == "--save") options.save = value;
         if (option == "--chunk") options.chunk = std::stoul(value);
         if (option == "--changes") options.changes = std::stoi(value);
         if (option == "--every") options.every = std::chrono::milliseconds(std::stol(value));
