@@ -43,10 +43,10 @@ public:
     virtual SharedBytes data(const std::string& type) const = 0;
     /// Empties the pasteboard and offers `contents` (which may be empty: then nothing is on it); the new change count.
     virtual int write(const PasteboardContents& contents) = 0;
-    /// Lets another program's copy, that of the change `changeCount`, outlive that program: once it has quit, everything
-    /// that was read of the copy is offered by us. That is no change: content and count stay. Until `keep` or `drop` is
-    /// called a copy waits for the word, for a while; one that was there at the start never outlives its owner. Nothing
-    /// happens when `changeCount` is no longer the present one.
+    /// Lets another program's copy, that of the change `changeCount`, outlive that program: once it has quit,
+    /// everything that was read of the copy is offered by us. That is no change: content and count stay. Until `keep`
+    /// or `drop` is called a copy waits for the word, for a while; one that was there at the start never outlives its
+    /// owner. Nothing happens when `changeCount` is no longer the present one.
     virtual void keep(int changeCount) = 0;
     /// Takes the content of the change `changeCount` off the pasteboard if we offer it, because we wrote it or took it
     /// over, which is a change; what another program still offers stays, but goes with that program. Nothing happens

@@ -49,6 +49,7 @@ bool writeBytes(const std::string& path, const platform::Bytes& bytes) {
 
 ClipboardWatcher::ClipboardWatcher(Environment environment)
     : environment_(std::move(environment)),
+      keeper_(environment_.store, environment_.pasteboard, environment_.runLoop),
       work_(environment_.runLoop),
       lastChangeCount_(environment_.pasteboard.changeCount()) {}
 
@@ -85,6 +86,7 @@ void ClipboardWatcher::noteKey(const platform::Event& event) {
 
 void ClipboardWatcher::sweep() {
     if (environment_.store.sweepExpired()) refreshItems();
+    keeper_.removeExpired();
     // What leaves by age stays in the list until its next refresh.
     environment_.store.enforceAgeRetention(environment_.settings.retentionDays());
 }
@@ -96,18 +98,16 @@ void ClipboardWatcher::checkPasteboard() {
     if (changeCount == lastChangeCount_) return;
     // 2. Consumed, whatever follows: a copy that is refused now is never looked at again.
     lastChangeCount_ = changeCount;
-    // 3. The user wants no capture.
-    if (environment_.settings.capturePaused()) return;
-    // 4. We put it there ourselves.
-    if (changeCount == environment_.pasteService.selfWriteChangeCount()) return;
-    // 5. Its owner asks not to be recorded.
-    const auto types = pasteboard.types();
-    if (types && std::any_of(ignoredTypes.begin(), ignoredTypes.end(),
-                             [&](std::string_view type) { return contains(*types, type); }))
-        return;
-    // 6. to 8. Who copied, and whether that program's copies count.
+    const bool isOurs = changeCount == environment_.pasteService.selfWriteChangeCount();
+    if (isOurs) keeper_.noteOwn(changeCount, environment_.pasteService.selfWriteSecret());
+    // 3. to 8. Whether it may be captured: only then may it outlive the program that it comes from, too.
     const auto application = environment_.workspace.frontmostApplication();
-    if (!mayCapture(application)) return;
+    const bool isCaptured = mayCaptureChange(changeCount, application);
+    if (isCaptured)
+        keeper_.keep(changeCount);
+    else if (!isOurs)
+        keeper_.refuse(changeCount);
+    if (!isCaptured) return;
     // 9. What will be known of where it came from.
     const Source source = application ? Source{application->localizedName, application->bundleIdentifier} : Source{};
     // 10. Files go before everything else.
@@ -117,6 +117,21 @@ void ClipboardWatcher::checkPasteboard() {
         return captureText(*string, source);
     // 12. A picture.
     captureImage(source);
+}
+
+bool ClipboardWatcher::mayCaptureChange(int changeCount,
+                                        const std::optional<platform::RunningApplication>& application) const {
+    // 3. The user wants no capture.
+    if (environment_.settings.capturePaused()) return false;
+    // 4. We put it there ourselves.
+    if (changeCount == environment_.pasteService.selfWriteChangeCount()) return false;
+    // 5. Its owner asks not to be recorded.
+    const auto types = environment_.pasteboard.types();
+    if (types && std::any_of(ignoredTypes.begin(), ignoredTypes.end(),
+                             [&](std::string_view type) { return contains(*types, type); }))
+        return false;
+    // 6. to 8. Who copied, and whether that program's copies count.
+    return mayCapture(application);
 }
 
 bool ClipboardWatcher::mayCapture(const std::optional<platform::RunningApplication>& application) const {
@@ -147,15 +162,28 @@ void ClipboardWatcher::captureGifFile(const std::string& path, const Source& sou
 }
 
 void ClipboardWatcher::captureText(const std::string& string, const Source& source) {
-    work_.add([this, string, source] {
+    work_.add([this, string, source, changeCount = lastChangeCount_] {
         const auto expiry = SecretDetector::expiryDate(string, environment_.runLoop.now());
-        environment_.store.insert(string, ClipKind::text, source, {}, expiry);
+        const auto stored = environment_.store.insert(string, ClipKind::text, source, {}, expiry);
+        if (expiry) noteSecret(changeCount, string, *expiry, stored);
         const std::string title =
             expiry ? "Secret copied — expires in 60s"
                    : text::prefix(text::replacingNewlines(text::trimmed(string), " "), toastTitleLength);
         showToast({{}, title, subtitle(source, " · in hoard")});
         didCapture(ClipKind::text);
     });
+}
+
+/// A repeated text is stored in the newest clip, whose own date, or none, then counts.
+void ClipboardWatcher::noteSecret(int changeCount, const std::string& text, Date expiry,
+                                  const std::optional<ClipItem>& stored) {
+    PasteService::Secret secret{.clipId = stored ? stored->id : 0, .expiresAt = expiry};
+    const auto newest = stored ? std::vector<ClipItem>{} : environment_.store.fetchHistory(1);
+    if (!newest.empty() && text::equal(newest.front().text, text)) {
+        if (!newest.front().expiresAt) return;
+        secret = {newest.front().id, *newest.front().expiresAt};
+    }
+    keeper_.noteSecret(changeCount, secret);
 }
 
 void ClipboardWatcher::captureImage(const Source& source) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brimquill/Capture/ClipboardKeeper.h"
 #include "Brimquill/Capture/OrderedWork.h"
 #include "Brimquill/Paste/PasteService.h"
 #include "Brimquill/Settings/AppSettings.h"
@@ -68,10 +69,12 @@ private:
     void noteKey(const platform::Event& event);
     void sweep();
     void checkPasteboard();
+    bool mayCaptureChange(int changeCount, const std::optional<platform::RunningApplication>& application) const;
     bool mayCapture(const std::optional<platform::RunningApplication>& application) const;
     void captureFiles(const std::vector<std::string>& paths, const Source& source);
     void captureGifFile(const std::string& path, const Source& source);
     void captureText(const std::string& text, const Source& source);
+    void noteSecret(int changeCount, const std::string& text, Date expiry, const std::optional<ClipItem>& stored);
     void captureImage(const Source& source);
     void storePicture(const std::string& path, const Source& source, const std::string& toastTitle, bool recognizes);
     void recognize(const ClipItem& clip, const std::string& path);
@@ -81,6 +84,7 @@ private:
     void showToast(CaptureToast::Content content);
 
     Environment environment_;
+    ClipboardKeeper keeper_;
     OrderedWork work_;
     std::vector<ClipItem> items_;
     int capturedToday_ = 0;

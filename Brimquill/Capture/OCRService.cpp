@@ -40,7 +40,8 @@ void OCRService::keep(const std::string& path, const std::string& text,
     }
     auto clip = environment_.store.insert(text, ClipKind::ocr, {.app = "Screen OCR", .bundleId = {}}, path,
                                           SecretDetector::expiryDate(text, environment_.runLoop.now()));
-    environment_.pasteService.write({.string = text});
+    const auto secret = clip ? PasteService::soonestSecret({&*clip, 1}) : std::nullopt;
+    environment_.pasteService.write({.string = text}, secret);
     environment_.toast.show({path, "Captured " + std::to_string(text::characterCount(text)) + " characters",
                              "On your clipboard · in your hoard"},
                             CaptureToast::Occasion::answer);

@@ -53,7 +53,7 @@ void PickerActions::deliver(const std::vector<ClipItem>& items, Delivery deliver
     if (items.size() == 1) {
         environment_.paste.paste(items.front(), thenPaste);
     } else {
-        environment_.paste.pasteText(joinedText(items), thenPaste);
+        environment_.paste.pasteText(joinedText(items), thenPaste, PasteService::soonestSecret(items));
     }
     if (!thenPaste) environment_.hud.show("Copied", "checkmark.circle.fill");
 }

@@ -41,6 +41,13 @@ const std::set<std::string>& PasteService::terminalBundleIds() {
     return ids;
 }
 
+std::optional<PasteService::Secret> PasteService::soonestSecret(std::span<const ClipItem> items) {
+    std::optional<Secret> soonest;
+    for (const ClipItem& item : items)
+        if (item.expiresAt && (!soonest || *item.expiresAt < soonest->expiresAt)) soonest = {item.id, *item.expiresAt};
+    return soonest;
+}
+
 PasteService::PasteService(Environment environment) : environment_(std::move(environment)) {}
 
 void PasteService::paste(const ClipItem& item, bool thenPaste) {
@@ -49,7 +56,8 @@ void PasteService::paste(const ClipItem& item, bool thenPaste) {
     if (item.kind == ClipKind::image && item.imagePath && fileExists(*item.imagePath))
         return pastePicture(*item.imagePath, thenPaste);
     // Also a picture whose file has gone: what was read off it is pasted, without a word.
-    finish({.string = item.isSnippet() ? environment_.expand(item.text) : item.text}, thenPaste);
+    finish({.string = item.isSnippet() ? environment_.expand(item.text) : item.text}, thenPaste,
+           soonestSecret({&item, 1}));
 }
 
 void PasteService::pasteFiles(const ClipItem& item, bool thenPaste) {
@@ -87,17 +95,18 @@ void PasteService::pasteConverted(const std::string& path, bool thenPaste) {
         });
 }
 
-void PasteService::write(const platform::PasteboardContents& contents) {
+void PasteService::write(const platform::PasteboardContents& contents, std::optional<Secret> secret) {
     selfWriteChangeCount_ = environment_.pasteboard.write(contents);
+    selfWriteSecret_ = secret;
 }
 
-void PasteService::pasteText(const std::string& text, bool thenPaste) {
+void PasteService::pasteText(const std::string& text, bool thenPaste, std::optional<Secret> secret) {
     ++pasteCount_;
-    finish({.string = text}, thenPaste);
+    finish({.string = text}, thenPaste, secret);
 }
 
-void PasteService::finish(const platform::PasteboardContents& contents, bool thenPaste) {
-    write(contents);
+void PasteService::finish(const platform::PasteboardContents& contents, bool thenPaste, std::optional<Secret> secret) {
+    write(contents, secret);
     if (thenPaste) sendCmdVIfAllowed();
 }
 

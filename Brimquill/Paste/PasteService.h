@@ -12,7 +12,9 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
+#include <span>
 #include <string>
 
 namespace brimquill {
@@ -33,6 +35,14 @@ public:
         std::function<std::string(const std::string&)> expand;
     };
 
+    /// A clip that has a date to go, and whose text goes with it wherever we put it.
+    struct Secret {
+        std::int64_t clipId = 0;
+        Date expiresAt;
+    };
+    /// The one among `items` that expires first; nothing when none does.
+    static std::optional<Secret> soonestSecret(std::span<const ClipItem> items);
+
     /// Programs that cannot take a picture, and that copy whatever is selected in them.
     static const std::set<std::string>& terminalBundleIds();
 
@@ -43,25 +53,29 @@ public:
     /// a picture that cannot be read leaves the pasteboard empty.
     void paste(const ClipItem& item, bool thenPaste);
 
-    /// The same for a text that is no clip.
-    void pasteText(const std::string& text, bool thenPaste);
+    /// The same for a text that is no clip. `secret` is what it holds of a clip that expires.
+    void pasteText(const std::string& text, bool thenPaste, std::optional<Secret> secret = {});
 
-    /// Puts `contents` on the pasteboard as a change of our own, so that it is not captured.
-    void write(const platform::PasteboardContents& contents);
+    /// Puts `contents` on the pasteboard as a change of our own, so that it is not captured. `secret` is what it holds
+    /// of a clip that expires.
+    void write(const platform::PasteboardContents& contents, std::optional<Secret> secret = {});
 
     /// The pasteboard's change count after our last write; 0 before the first.
     int selfWriteChangeCount() const { return selfWriteChangeCount_; }
+    /// What our last write holds of a clip that expires; nothing when no clip in it does.
+    const std::optional<Secret>& selfWriteSecret() const { return selfWriteSecret_; }
 
 private:
     void pasteFiles(const ClipItem& item, bool thenPaste);
     void pastePicture(const std::string& path, bool thenPaste);
     void pasteConverted(const std::string& path, bool thenPaste);
-    void finish(const platform::PasteboardContents& contents, bool thenPaste);
+    void finish(const platform::PasteboardContents& contents, bool thenPaste, std::optional<Secret> secret = {});
     void sendCmdVIfAllowed();
     void sendCmdV();
 
     Environment environment_;
     int selfWriteChangeCount_ = 0;
+    std::optional<Secret> selfWriteSecret_;
     /// Counts calls of `paste`: a picture that is converted late must not replace what was pasted since.
     std::uint64_t pasteCount_ = 0;
     /// Gone with this object; what comes later finds nobody.

@@ -244,9 +244,15 @@ std::vector<Offered> encode(const PasteboardSnapshot& snapshot) {
 
 std::vector<std::string> furtherTargets(const std::vector<std::string>& names, const PasteboardSnapshot& snapshot) {
     // How the protocol talks of itself, what marks a secret, and a toolkit's own copy of the picture beside it.
-    static const std::set<std::string_view> withoutContent = {
-        "TARGETS",          "TIMESTAMP",       "MULTIPLE", "SAVE_TARGETS", "DELETE",
-        "INSERT_SELECTION", "INSERT_PROPERTY", "x-kde-passwordManagerHint", "application/x-qt-image"};
+    static const std::set<std::string_view> withoutContent = {"TARGETS",
+                                                              "TIMESTAMP",
+                                                              "MULTIPLE",
+                                                              "SAVE_TARGETS",
+                                                              "DELETE",
+                                                              "INSERT_SELECTION",
+                                                              "INSERT_PROPERTY",
+                                                              "x-kde-passwordManagerHint",
+                                                              "application/x-qt-image"};
     auto isPicture = [](std::string_view name) { return name.starts_with("image/") && name != "image/svg+xml"; };
     const Target* picture = nullptr;
     const bool hasPicture = snapshot.gif || snapshot.png || snapshot.tiff;

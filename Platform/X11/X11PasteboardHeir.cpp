@@ -169,8 +169,8 @@ void X11PasteboardHeir::answerSaves(bool isDone) {
 // The property of the request names what to save; without it, it is everything.
 std::vector<xcb_atom_t> X11PasteboardHeir::listed(const xcb_selection_request_event_t& event) const {
     if (event.property == XCB_ATOM_NONE) return {};
-    const auto cookie = xcb_get_property(connection_.xcb(), 0, event.requestor, event.property, XCB_ATOM_ATOM, 0,
-                                         mostListedTargets);
+    const auto cookie =
+        xcb_get_property(connection_.xcb(), 0, event.requestor, event.property, XCB_ATOM_ATOM, 0, mostListedTargets);
     const XcbOwned<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_.xcb(), cookie, nullptr));
     if (!reply || reply->format != 32) return {};
     const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));

@@ -13,9 +13,9 @@
 
 namespace brimquill::platform {
 
-/// Lets another program's copy outlive that program: holds what was read of it, one copy at a time, and offers that once
-/// its owner is gone. As the desktop's clipboard manager it also reads what else a program about to quit wants saved.
-/// Nothing of it is done before the word has come that this copy may be kept. The worker's thread.
+/// Lets another program's copy outlive that program: holds what was read of it, one copy at a time, and offers that
+/// once its owner is gone. As the desktop's clipboard manager it also reads what else a program about to quit wants
+/// saved. Nothing of it is done before the word has come that this copy may be kept. The worker's thread.
 class X11PasteboardHeir final {
 public:
     using Clock = X11PasteboardConnection::Clock;

@@ -79,8 +79,7 @@ void X11PasteboardReader::takeTargets(const X11SelectionTransfer::Result& result
 }
 
 bool X11PasteboardReader::isOffered(const x11_formats::Target& target) {
-    return !isListed_ ||
-           std::find(offered_.begin(), offered_.end(), connection_.atom(target.name)) != offered_.end();
+    return !isListed_ || std::find(offered_.begin(), offered_.end(), connection_.atom(target.name)) != offered_.end();
 }
 
 bool X11PasteboardReader::addType(ContentKind kind) {

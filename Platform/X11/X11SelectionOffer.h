@@ -11,8 +11,8 @@
 
 namespace brimquill::platform {
 
-/// What the program owns, CLIPBOARD, PRIMARY and CLIPBOARD_MANAGER each by itself, and the answers to those who ask for it. The worker's
-/// thread.
+/// What the program owns, CLIPBOARD, PRIMARY and CLIPBOARD_MANAGER each by itself, and the answers to those who ask for
+/// it. The worker's thread.
 class X11SelectionOffer final {
 public:
     X11SelectionOffer(X11PasteboardConnection& connection, X11SelectionSender& sender)

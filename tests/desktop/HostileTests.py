@@ -115,7 +115,7 @@ class LargePictures(HostileCase):
         owner = self.own("--offer-file", f"image/png={source}")
         path = pathlib.Path(self.wait_for_row("SELECT image_path FROM clips WHERE kind = 'image'")[0])
         self.assertEqual(picture, path.read_bytes())
-        # With its owner the clipboard's content goes; what is read below is what the program offers.
+        # What is read below is what the program offers.
         owner.stop()
         self.open_palette()
         self.session.keys("alt+Return")

@@ -139,12 +139,13 @@ TEST_F(X11PasteboardOutlive, OwnerThatQuitsHasTheRestSaved) {
         std::string html, rtf;
     };
     const std::string html = text(pattern(3'000'000));
-    const Case cases[] = {{"UTF8_STRING,text/html", html, "refused"}, {"text/rtf", "refused", "rtf"}, {"all", html, "rtf"}};
+    const Case cases[] = {
+        {"UTF8_STRING,text/html", html, "refused"}, {"text/rtf", "refused", "rtf"}, {"all", html, "rtf"}};
     begin();
     for (const Case& example : cases) {
         SCOPED_TRACE(example.save);
-        const auto owner = copyAndKeep({"--offer", "UTF8_STRING=text", "--offer-pattern", "text/html=3000000", "--offer",
-                                        "text/rtf=rtf", "--save", example.save});
+        const auto owner = copyAndKeep({"--offer", "UTF8_STRING=text", "--offer-pattern", "text/html=3000000",
+                                        "--offer", "text/rtf=rtf", "--save", example.save});
         const int count = pasteboard().changeCount();
         const std::string told = quit(*owner);
         EXPECT_TRUE(told.ends_with("\nsaved\n")) << told;
@@ -277,8 +278,9 @@ TEST(X11FurtherTargets, AreThoseThatHoldMoreThanWasRead) {
     text.string = "text";
     picture.png = some;
     files.filePaths = {"/a"};
-    const Arguments office{"TARGETS", "text/html", "UTF8_STRING", "COMPOUND_TEXT", "text/plain;charset=UTF-8",
-                           "image/bmp", "image/png", "image/x-icon", "application/x-qt-image", "text/html"};
+    const Arguments office{
+        "TARGETS",   "text/html", "UTF8_STRING",  "COMPOUND_TEXT",          "text/plain;charset=UTF-8",
+        "image/bmp", "image/png", "image/x-icon", "application/x-qt-image", "text/html"};
     EXPECT_THAT(furtherTargets(office, text), ElementsAre("text/html", "COMPOUND_TEXT", "image/png"));
     EXPECT_THAT(furtherTargets(office, picture),
                 ElementsAre("text/html", "UTF8_STRING", "COMPOUND_TEXT", "text/plain;charset=UTF-8"));

@@ -165,8 +165,8 @@ private:
     bool startSave() {
         saving_ = true;
         const xcb_atom_t manager = display_.atom("CLIPBOARD_MANAGER"), property = display_.atom("PEER_SAVE");
-        auto* owner = xcb_get_selection_owner_reply(display_.xcb(), xcb_get_selection_owner(display_.xcb(), manager),
-                                                    nullptr);
+        auto* owner =
+            xcb_get_selection_owner_reply(display_.xcb(), xcb_get_selection_owner(display_.xcb(), manager), nullptr);
         const bool hasManager = owner && owner->owner != XCB_NONE;
         std::free(owner);
         if (!hasManager) {
