@@ -99,6 +99,13 @@ std::vector<xcb_keycode_t> X11KeyTypist::heldModifiers() {
     return held;
 }
 
+bool X11KeyTypist::isAnyKeyHeld() {
+    const X11Reply<xcb_query_keymap_reply_t> keys(
+        xcb_query_keymap_reply(connection_.xcb(), xcb_query_keymap(connection_.xcb()), nullptr));
+    return keys &&
+           std::any_of(std::begin(keys->keys), std::end(keys->keys), [](std::uint8_t byte) { return byte != 0; });
+}
+
 void X11KeyTypist::fake(std::uint8_t type, xcb_keycode_t keycode) {
     if (type == XCB_KEY_PRESS) injected_.expect(keycode);
     xcb_test_fake_input(connection_.xcb(), type, keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);

@@ -26,6 +26,8 @@ public:
     /// Modifier keys that are down, whoever holds them; the locks are left out.
     std::vector<xcb_keycode_t> heldModifiers();
     void release(const std::vector<xcb_keycode_t>& keycodes);
+    /// Whether any key at all is down.
+    bool isAnyKeyHeld();
     /// Presses a key with modifiers around it, all by their symbols; false when the keyboard lacks one of them.
     bool press(xcb_keysym_t keysym, const std::vector<xcb_keysym_t>& modifiers);
     /// Types UTF-32. Blocks some 50 ms for each batch of characters that the keyboard lacks.

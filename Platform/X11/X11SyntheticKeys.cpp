@@ -4,6 +4,7 @@
 #include "Platform/X11/X11Frontmost.h"
 #include "Platform/X11/X11Modifiers.h"
 
+#include <algorithm>
 #include <chrono>
 #include <deque>
 #include <mutex>
@@ -13,6 +14,9 @@ namespace brimquill::platform {
 namespace {
 
 constexpr double longestWait = 0.3, pollInterval = 0.01;
+/// How long a paste waits for the user to let go of every key: while the key of a hot key is down, the server gives all
+/// keys to us, and the paste would go nowhere.
+constexpr double longestPasteWait = 5;
 
 struct Stroke {
     int keyCode = key::other;
@@ -125,7 +129,11 @@ void X11SyntheticKeys::pump(const std::shared_ptr<Shared>& shared, double waited
     const std::unique_lock lock(shared->mutex, std::try_to_lock);
     if (lock.owns_lock()) {
         const auto held = shared->typist.heldModifiers();
-        if (held.empty() || waitedSeconds >= longestWait) {
+        const bool isPasteInTime =
+            waitedSeconds < longestPasteWait && std::any_of(shared->waiting.begin(), shared->waiting.end(),
+                                                            [](const Stroke& stroke) { return stroke.isPaste(); });
+        const bool waitsForKeys = isPasteInTime && shared->typist.isAnyKeyHeld();
+        if (!waitsForKeys && (held.empty() || waitedSeconds >= longestWait)) {
             if (!held.empty()) shared->typist.release(held);
             for (const Stroke& stroke : std::exchange(shared->waiting, {}))
                 shared->press(stroke, true);

@@ -223,6 +223,16 @@ class PastesTheStack(HoardCase):
         self.check("an empty stack pastes nothing")
 
 
+    def test_a_key_that_is_held_on(self):
+        """While it is down, the keyboard is the program's, and a paste sent then would be lost."""
+        self.session.run("xdotool", "keydown", "alt", "keydown", "super", "keydown", "v")
+        wait_for(lambda: self.session.windows(window_class="[Bb]rimquill"), what="the word of the paste")
+        wait_for(lambda: not self.session.windows(window_class="[Bb]rimquill"), what="the word to go")
+        self.session.run("xdotool", "keyup", "v", "keyup", "super", "keyup", "alt")
+        self.paste_expected(self.stacked[0].text)
+        self.check("the first of the stack by a long press")
+
+
 class StandsWhereItShould(PaletteCase):
     def geometry(self):
         window = self.session.windows(name=PALETTE)[0]
