@@ -27,7 +27,7 @@ Overloaded(Functions...) -> Overloaded<Functions...>;
 
 }  // namespace
 
-PickerPanelController::PickerPanelController(Environment environment) : environment_(std::move(environment)) {}
+PickerPanelController::PickerPanelController(Environment environment) : environment_(environment) {}
 
 PickerPanelController::~PickerPanelController() {
     close();

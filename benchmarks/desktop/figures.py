@@ -3,18 +3,20 @@
 
     benchmarks/desktop/figures.py BUILD_DIRECTORY [FIGURE...]
 
-BUILD_DIRECTORY holds bin/brimquill, bin/desktop_probe and bin/selection_peer (the `benchmark` preset makes them). Without names all figures
-are taken. Close other work first: the figures are of wall-clock time.
+BUILD_DIRECTORY holds bin/brimquill, bin/desktop_probe, bin/selection_peer and benchmarks/libbusy_times.so (the `benchmark` preset makes
+them). Without names all figures are taken. Close other work first: the figures are of wall-clock time.
 """
 
 import pathlib
 import random
 import sqlite3
 import statistics
+import struct
 import subprocess
 import sys
 import time
 import uuid
+import zlib
 
 TOOLS = pathlib.Path(__file__).resolve().parents[2] / "tools"
 sys.path.insert(0, str(TOOLS))
@@ -22,18 +24,39 @@ sys.path.insert(0, str(TOOLS))
 from xsession import Session, SessionError, wait_for  # noqa: E402  (found by the line above)
 
 CLIPS = 10_000
+MANY_CLIPS = 100_000
+PICTURES = 60
 ROUNDS = 21
 HOT_KEY = "super+shift+v"
 COLUMNS = ("id, kind, text, created_at, source_app, pinned, image_path, name, keyword, folder_id, expires_at, tags, uuid, "
            "modified_at, deleted, source_bundle_id")
 
 
+def png(width, height, seed):
+    """A picture that takes some work to read: a texture of its own over a gradient, 8 bits for each of three colours."""
+    noise = random.Random(seed).randbytes(3 * width + height)
+    rows = bytearray()
+    for y in range(height):
+        row = bytearray(noise[y:y + 3 * width])
+        row[::3] = bytes([y * 255 // height]) * width
+        rows += b"\0" + row
+
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(bytes(rows), 1)) + chunk(b"IEND", b"")
+
+
 class Figures:
-    def __init__(self, build):
-        self.binaries = pathlib.Path(build).resolve() / "bin"
+    def __init__(self, build, clips=CLIPS, moves=False):
+        self.build = pathlib.Path(build).resolve()
+        self.binaries = self.build / "bin"
+        self.clips = clips
         self.session = Session()
-        self.session.write_settings({"onboardingShown": True, "showCaptureToasts": False})
-        self.keep_still()
+        self.session.write_settings({"onboardingShown": True, "showCaptureToasts": False, "maxHistoryItems": 2 * clips})
+        if not moves:
+            self.keep_still()
         self.program = None
 
     def keep_still(self):
@@ -41,8 +64,8 @@ class Figures:
         portal = self.session.start(TOOLS / "settings_portal.py", "org.gnome.desktop.interface", "enable-animations", "false")
         wait_for(portal.output, what="the portal")
 
-    def start_program(self):
-        self.program = self.session.start(self.binaries / "brimquill")
+    def start_program(self, environment=None):
+        self.program = self.session.start(self.binaries / "brimquill", environment=environment)
         started = time.monotonic()
         while "Brimquill: ready" not in self.program.error_lines():
             if time.monotonic() - started > 30:
@@ -63,13 +86,13 @@ class Figures:
         rng = random.Random(1)
         now = time.time()
         with sqlite3.connect(self.session.database) as database:
-            for index in range(CLIPS):
+            for index in range(self.clips):
                 text = ""
                 while len(text) < 200:
                     text += f"{rng.choice(words)}{rng.randrange(1000)} "
                 database.execute(
                     "INSERT INTO clips (text, kind, created_at, source_app, uuid, modified_at) VALUES (?, 'text', ?, 'xterm', ?, ?)",
-                    (text[:200], now - CLIPS + index, str(uuid.UUID(int=rng.getrandbits(128))), now))
+                    (text[:200], now - self.clips + index, str(uuid.UUID(int=rng.getrandbits(128))), now))
 
     def probe(self, chord, quiet=0.3, window=None):
         out = self.session.run(self.binaries / "desktop_probe", chord, quiet, *([window] if window else [])).decode().split()
@@ -124,6 +147,60 @@ class Figures:
     def palette_windows(self):
         return self.session.windows(name="^Brimquill Palette$")
 
+    def many(self):
+        """The palette over ten times as many clips."""
+        self.on_another(Figures(self.build, clips=MANY_CLIPS), "palette")
+
+    def strip(self):
+        """→ held down through cards with pictures, with all motion."""
+        self.on_another(Figures(self.build, moves=True), "hold_arrow")
+
+    @staticmethod
+    def on_another(figures, name):
+        try:
+            figures.fill()
+            getattr(figures, name)()
+        finally:
+            figures.session.stop()
+
+    def hold_arrow(self):
+        """As a keyboard repeats it, through pictures of the size of a screen."""
+        self.add_pictures()
+        path = self.session.folder / "busy-times"
+        self.start_program({"LD_PRELOAD": str(self.build / "benchmarks" / "libbusy_times.so"), "BUSY_TIMES": str(path)})
+        time.sleep(2)
+        walls, processor = [], []
+        for _ in range(ROUNDS):
+            self.session.keys(HOT_KEY)
+            wait_for(self.palette_windows, what="the palette")
+            self.session.keys("ctrl+i")
+            time.sleep(0.5)
+            start = time.monotonic() * 1000
+            self.session.run("xdotool", "key", "--delay", "33", *["Right"] * PICTURES)
+            time.sleep(0.3)
+            end = time.monotonic() * 1000
+            turns = [tuple(map(float, line.split())) for line in path.read_text().splitlines()]
+            within = [turn for turn in turns if start <= turn[0] <= end]
+            walls.append(max(turn[1] for turn in within))
+            processor.append(max(turn[2] for turn in within))
+            self.session.keys("ctrl+m", "Escape")
+            wait_for(lambda: not self.palette_windows(), what="the palette to go")
+        self.tell(f"longest turn of the main thread with → held through {PICTURES} pictures", walls, "ms",
+                  f"of the processor {statistics.median(processor):.1f} ms (max {max(processor):.1f}); first time {walls[0]:.1f} ms")
+        self.stop_program()
+
+    def add_pictures(self):
+        folder = self.session.database.parent / "pictures"
+        folder.mkdir(exist_ok=True)
+        now = time.time()
+        with sqlite3.connect(self.session.database) as database:
+            for index in range(PICTURES):
+                path = folder / f"{index}.png"
+                path.write_bytes(png(1920, 1080, index))
+                database.execute(
+                    "INSERT INTO clips (text, kind, created_at, source_app, uuid, modified_at, image_path) "
+                    "VALUES ('', 'image', ?, 'xterm', ?, ?, ?)", (now + index / 100, str(uuid.uuid4()), now, str(path)))
+
     def palette(self):
         self.start_program()
         time.sleep(2)
@@ -144,8 +221,8 @@ class Figures:
                                "ORDER BY created_at DESC LIMIT 50", "%g%")
         snippets = self.statement(f"SELECT {COLUMNS} FROM clips WHERE name IS NOT NULL AND deleted = 0 "
                                   "ORDER BY folder_id, name COLLATE NOCASE")
-        self.tell("hot key to palette painted", shown, "ms", f"statements: newest 50 {newest:.1f}, tags {tags:.1f}")
-        self.tell("keystroke to results painted", typed, "ms",
+        self.tell(f"hot key to palette painted, {self.clips} clips", shown, "ms", f"statements: newest 50 {newest:.1f}, tags {tags:.1f}")
+        self.tell(f"keystroke to results painted, {self.clips} clips", typed, "ms",
                   f"statements: match {found:.1f}, snippets {snippets:.1f}, tags {liked:.1f}")
         self.stop_program()
 
@@ -288,7 +365,7 @@ class Figures:
 
 
 def main():
-    names = sys.argv[2:] or ["start", "memory", "capture", "burst", "palette", "paste", "explorer", "idle"]
+    names = sys.argv[2:] or ["start", "memory", "capture", "burst", "palette", "paste", "explorer", "idle", "many", "strip"]
     figures = Figures(sys.argv[1])
     try:
         figures.fill()
