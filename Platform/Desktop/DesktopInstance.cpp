@@ -4,19 +4,25 @@
 #include "Platform/Desktop/PrivateFile.h"
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QLocalSocket>
+#include <QThread>
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <utility>
 
 namespace brimquill::platform {
 namespace {
+
+constexpr std::int64_t longestClaim = 2000, pauseInMilliseconds = 50;
 
 /// The runtime directory, or a private one among the temporary files. Nothing when that belongs to somebody else.
 std::string runtimeDirectory() {
@@ -58,18 +64,27 @@ bool DesktopInstance::claim() {
         return true;
     }
     const std::string path = base_ + ".lock";
-    const int lock = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-    if (lock < 0) {
+    const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+    if (descriptor < 0) {
         log::write("the lock file cannot be opened, a second start will not be noticed: " + path);
         return true;
     }
-    if (flock(lock, LOCK_EX | LOCK_NB) == 0) {
-        lock_ = lock;
+    // The other one may be ending, or only just listening: what fails is tried again while there is time.
+    const QDeadlineTimer deadline(longestClaim);
+    bool isFirst = false, wasTold = false;
+    while (!isFirst && !wasTold && !deadline.hasExpired()) {
+        isFirst = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+        wasTold = !isFirst && tellRunningOne(static_cast<int>(deadline.remainingTime()));
+        if (!isFirst && !wasTold)
+            QThread::msleep(std::min<std::int64_t>(pauseInMilliseconds, deadline.remainingTime()));
+    }
+    if (isFirst) {
+        lock_ = descriptor;
         listen();
         return true;
     }
-    ::close(lock);
-    if (!tellRunningOne()) log::write("the running program could not be told of this start");
+    ::close(descriptor);
+    if (!wasTold) log::write("the running program does not answer");
     return false;
 }
 
@@ -79,8 +94,10 @@ void DesktopInstance::listen() {
     server_ = std::make_unique<QLocalServer>();
     server_->setSocketOptions(QLocalServer::UserAccessOption);
     QObject::connect(server_.get(), &QLocalServer::newConnection, [this] {
-        // To connect is the whole message.
+        // To connect is the whole message; the answer tells it from a connection that ended with its program.
         while (QLocalSocket* connection = server_->nextPendingConnection()) {
+            connection->write("1");
+            connection->flush();
             connection->close();
             connection->deleteLater();
             if (handler_) handler_();
@@ -89,16 +106,13 @@ void DesktopInstance::listen() {
     if (!server_->listen(name)) log::write("a second start cannot be heard: " + server_->errorString().toStdString());
 }
 
-/// The other one may be busy, or only just listening: the connection waits in the system's queue meanwhile.
-bool DesktopInstance::tellRunningOne() const {
-    constexpr int attempts = 20, pauseInMicroseconds = 50'000;
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        QLocalSocket socket;
-        socket.connectToServer(QString::fromStdString(base_ + ".socket"));
-        if (socket.waitForConnected(1000)) return true;
-        usleep(pauseInMicroseconds);
-    }
-    return false;
+/// Whether it has answered. Where it does not, the connection stays in its queue.
+bool DesktopInstance::tellRunningOne(int milliseconds) const {
+    const QDeadlineTimer deadline(milliseconds);
+    QLocalSocket socket;
+    socket.connectToServer(QString::fromStdString(base_ + ".socket"));
+    if (!socket.waitForConnected(milliseconds)) return false;
+    return socket.waitForReadyRead(static_cast<int>(deadline.remainingTime()));
 }
 
 void DesktopInstance::setReopenHandler(std::function<void()> handler) {

@@ -21,7 +21,7 @@ public:
     void setReopenHandler(std::function<void()> handler) override;
 
 private:
-    bool tellRunningOne() const;
+    bool tellRunningOne(int milliseconds) const;
     void listen();
 
     std::string base_;
