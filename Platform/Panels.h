@@ -36,7 +36,8 @@ public:
 class Panels {
 public:
     virtual ~Panels() = default;
-    /// Makes `window` a panel, which must not have been shown yet and must outlive it.
+    /// Makes `window` a panel, which must not have been shown yet and must outlive it. What it looks like, its shape
+    /// included, remains its owner's business: where it cannot be translucent, it has to be cut out by a mask.
     virtual std::unique_ptr<Panel> makePanel(QWindow& window, PanelRole role) = 0;
     /// Whether windows may be translucent: somebody composes the screen.
     virtual bool isTranslucencyAvailable() = 0;

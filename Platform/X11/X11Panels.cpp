@@ -1,13 +1,10 @@
 #include "Platform/X11/X11Panels.h"
 
 #include <QGuiApplication>
-#include <QPainterPath>
-#include <QRegion>
 #include <QSurfaceFormat>
 #include <QWindow>
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 namespace brimquill::platform {
@@ -45,7 +42,6 @@ struct X11Panels::State {
 
     xcb_connection_t* interface;
     RunLoop& runLoop;
-    std::function<bool()> composes;
     std::vector<X11Panel*> panels;
     std::vector<X11Panel*> keyOrder;
     X11Panel* keyPanel = nullptr;
@@ -101,7 +97,6 @@ public:
     void setFrame(Rect frame) override {
         frame_ = frame;
         window_.setGeometry(rectOf(frame));
-        window_.setMask(state_->composes() ? QRegion() : roundedRegion());
     }
 
     bool grab() { return window_.setKeyboardGrabEnabled(true); }
@@ -110,16 +105,6 @@ public:
     bool takesClick(Point point) const { return isVisible_ && role_ != PanelRole::display && frame_.contains(point); }
 
 private:
-    /// Where nobody composes the screen, what is rounded must be cut out.
-    QRegion roundedRegion() const {
-        const QVariant wanted = window_.property("cornerRadius");
-        const double radius = wanted.isValid() ? wanted.toDouble() : 16;
-        const double fitting = std::min({radius, frame_.width / 2, frame_.height / 2});
-        QPainterPath path;
-        path.addRoundedRect(QRectF(QPointF(), rectOf(frame_).size()), fitting, fitting);
-        return QRegion(path.toFillPolygon().toPolygon());
-    }
-
     std::shared_ptr<State> state_;
     QWindow& window_;
     PanelRole role_;
@@ -159,12 +144,9 @@ void X11Panels::State::syncInterface() const {
 }
 
 X11Panels::X11Panels(X11Connection& connection, xcb_connection_t* interface, RunLoop& runLoop)
-    : connection_(connection), state_(std::make_shared<State>(interface, runLoop)) {
-    state_->composes = [this] { return isTranslucencyAvailable(); };
-}
+    : connection_(connection), state_(std::make_shared<State>(interface, runLoop)) {}
 
 X11Panels::~X11Panels() {
-    state_->composes = [] { return true; };
     state_->retry.reset();
 }
 
