@@ -57,7 +57,7 @@ AppDelegate::AppDelegate(Environment environment)
                 services_.runLoop()}),
       secureInput_(services_.secureInput(), services_.runLoop()),
       screenshots_({store_, settings_, toast_, ocr_, environment_.screenCapture, services_.folderWatcher(),
-                    services_.runLoop()}),
+                    services_.runLoop(), services_.screenCapture()}),
       picker_({store_, environment_.center, services_.runLoop(), services_.defaults(),
                [this] { return stack_.itemIds(); }}),
       pickerActions_({picker_, store_, pasteService_, settings_, services_.workspace(), hud_, expandSnippet}),

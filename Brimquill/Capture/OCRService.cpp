@@ -14,7 +14,8 @@ namespace brimquill {
 OCRService::OCRService(Environment environment) : environment_(std::move(environment)) {}
 
 void OCRService::captureAndRecognize(std::function<void(std::optional<ClipItem>)> completion) {
-    const auto target = (environment_.store.imagesDirectory / ("ocr-" + makeUuid() + ".png")).string();
+    const auto target =
+        (environment_.store.imagesDirectory / ("ocr-" + text::uppercased(makeUuid()) + ".png")).string();
     const auto captured = [weak = std::weak_ptr(self_), target, completion] {
         const auto self = weak.lock();
         if (!self) return;

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QImageReader>
+#include <QtEndian>
 
 #include <algorithm>
 #include <array>
@@ -15,7 +16,22 @@ QString nameOf(const std::filesystem::path& file) {
     return QFile::decodeName(QByteArray::fromStdString(file.string()));
 }
 
-/// The end of a picture of each format that has one, as bytes.
+/// Whether the boxes of which the file is made, each with its size at its front, end where the file ends.
+bool hasWholeBoxes(QFile& file) {
+    for (qint64 at = 0; at < file.size();) {
+        file.seek(at);
+        const QByteArray head = file.read(16);
+        if (head.size() < 8) return false;
+        auto size = static_cast<quint64>(qFromBigEndian<quint32>(head.constData()));
+        if (size == 0) return true;  // the last one, as long as the file is
+        if (size == 1 && head.size() == 16) size = qFromBigEndian<quint64>(head.constData() + 8);
+        if (size < 8 || size > static_cast<quint64>(file.size() - at)) return false;
+        at += static_cast<qint64>(size);
+    }
+    return true;
+}
+
+/// Whether the file has what a picture of its format ends with.
 bool endsWhole(QFile& file, const QByteArray& head) {
     const auto tail = [&](qint64 size) {
         file.seek(std::max<qint64>(0, file.size() - size));
@@ -23,6 +39,7 @@ bool endsWhole(QFile& file, const QByteArray& head) {
     };
     if (head.startsWith("\x89PNG")) return tail(12).contains("IEND");
     if (head.startsWith("\xFF\xD8")) return tail(64).contains("\xFF\xD9");
+    if (head.sliced(std::min<qsizetype>(4, head.size())).startsWith("ftyp")) return hasWholeBoxes(file);
     return true;
 }
 

@@ -45,6 +45,7 @@ fs::path expandingTilde(const std::string& path) {
 
 fs::path ScreenshotWatcher::directory() const {
     if (const auto location = environment_.screenCapture.string("location")) return expandingTilde(*location);
+    if (const auto directory = environment_.desktop.savingDirectory()) return *directory;
     return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation).toStdString();
 }
 
@@ -93,10 +94,13 @@ bool ScreenshotWatcher::isNew(const fs::directory_entry& entry) const {
 }
 
 void ScreenshotWatcher::ingest(const fs::path& file) {
-    const auto target =
-        environment_.store.imagesDirectory / ("shot-" + makeUuid() + "." + text::pathExtension(file.string()));
+    const auto target = environment_.store.imagesDirectory /
+                        ("shot-" + text::uppercased(makeUuid()) + "." + text::pathExtension(file.string()));
     std::error_code error;
-    if (!fs::copy_file(file, target, error)) return;
+    if (!fs::copy_file(file, target, error)) {
+        files::removeFile(target);  // a part of it, when the disk is full
+        return;
+    }
     fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write, error);
     const auto clip =
         environment_.store.insert({}, ClipKind::image, {.app = "Screenshot", .bundleId = {}}, target.string());
@@ -107,12 +111,14 @@ void ScreenshotWatcher::ingest(const fs::path& file) {
 }
 
 void ScreenshotWatcher::recognize(const ClipItem& clip, const std::string& path) {
-    environment_.ocr.recognizeText(path, platform::QualityOfService::utility,
-                                   [this, id = clip.id](const std::string& text) {
-                                       if (text.empty()) return;
-                                       environment_.store.updateText(id, text);
-                                       if (onCapture) onCapture();
-                                   });
+    environment_.ocr.recognizeText(
+        path, platform::QualityOfService::utility,
+        [weak = std::weak_ptr(self_), &store = environment_.store, id = clip.id](const std::string& text) {
+            if (text.empty()) return;
+            store.updateText(id, text);
+            const auto self = weak.lock();
+            if (self && (*self)->onCapture) (*self)->onCapture();
+        });
 }
 
 }  // namespace brimquill

@@ -3,10 +3,12 @@
 #include "Brimquill/Capture/OCRService.h"
 #include "Brimquill/Settings/AppSettings.h"
 #include "Platform/FolderWatcher.h"
+#include "Platform/ScreenCapture.h"
 #include "Platform/UserDefaults.h"
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <set>
 #include <string>
 
@@ -16,7 +18,7 @@ namespace brimquill {
 /// file itself stays as it is. Main thread.
 class ScreenshotWatcher final {
 public:
-    /// What it works with; everything must outlive it. `screenCapture` holds the desktop's preferences for screenshots.
+    /// What it works with; everything must outlive it. `screenCapture` holds the user's preferences for screenshots.
     struct Environment {
         ClipStore& store;
         AppSettings& settings;
@@ -25,6 +27,7 @@ public:
         platform::UserDefaults& screenCapture;
         platform::FolderWatcher& folderWatcher;
         platform::RunLoop& runLoop;
+        platform::ScreenCapture& desktop;
     };
 
     explicit ScreenshotWatcher(Environment environment) : environment_(std::move(environment)) {}
@@ -36,7 +39,8 @@ public:
     void start();
     void stop();
 
-    /// The folder that the preferences name, else the user's desktop folder.
+    /// The folder that the preferences name, else that into which the desktop's own tool saves, else the user's desktop
+    /// folder. Looked up at each start.
     std::filesystem::path directory() const;
 
 private:
@@ -51,6 +55,8 @@ private:
     Date startedAt_;
     /// The names taken so far in this run.
     std::set<std::string> processed_;
+    /// Gone with this object; what was read later finds nobody.
+    std::shared_ptr<ScreenshotWatcher*> self_ = std::make_shared<ScreenshotWatcher*>(this);
     platform::Token watch_, secondScan_, thirdScan_;
 };
 

@@ -22,7 +22,7 @@ public:
     SecureInputMonitor(platform::SecureInput& secureInput, platform::RunLoop& runLoop)
         : secureInput_(secureInput), runLoop_(runLoop) {}
 
-    /// Looks now and then every two seconds.
+    /// Looks now, every two seconds, and when a hold turns out to last.
     void start();
 
     bool secureInputActive() const { return secureInputActive_; }
@@ -41,7 +41,7 @@ private:
     platform::RunLoop& runLoop_;
     bool secureInputActive_ = false;
     std::optional<std::string> culpritName_;
-    platform::Token timer_;
+    platform::Token timer_, observation_;
 };
 
 }  // namespace brimquill

@@ -1,6 +1,7 @@
 #include "Platform/Desktop/DesktopScreenCapture.h"
 
 #include "BrimquillCore/Foundation/Log.h"
+#include "Platform/Desktop/ScreenshotDirectory.h"
 
 #include <QFile>
 #include <QStandardPaths>
@@ -43,6 +44,10 @@ ScreenCapture::Launch DesktopScreenCapture::captureInteractively(const std::stri
         end();
     });
     return Launch::started;
+}
+
+std::optional<std::string> DesktopScreenCapture::savingDirectory() const {
+    return screenshotDirectory();
 }
 
 /// Ends the tool, if it still runs, and tells who waits for it.

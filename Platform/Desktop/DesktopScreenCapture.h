@@ -23,6 +23,9 @@ public:
     ~DesktopScreenCapture() override;
 
     Launch captureInteractively(const std::string& target, std::function<void()> done) override;
+    std::optional<std::string> savingDirectory() const override;
+    /// Whether the tool runs, which holds the keyboard meanwhile.
+    bool isUnderWay() const { return tool_ != nullptr; }
 
 private:
     void end();

@@ -6,8 +6,12 @@
 #include <QProcessEnvironment>
 #include <QString>
 
+#include <unistd.h>
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <utility>
 
 namespace brimquill::platform {
@@ -26,13 +30,42 @@ std::vector<std::string> strings(const nlohmann::json& answer, const char* key) 
     return result;
 }
 
+/// Ends a process without waiting for it to agree, or for its end.
+void abandon(std::unique_ptr<QProcess> process) {
+    process->disconnect();
+    auto* ending = process.release();
+    if (ending->state() == QProcess::NotRunning) return ending->deleteLater();
+    QObject::connect(ending, &QProcess::finished, ending, &QObject::deleteLater);
+    QObject::connect(ending, &QProcess::errorOccurred, ending, [ending](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) ending->deleteLater();
+    });
+    ending->kill();
+}
+
+/// Seconds of processor time that a process has used; 0 when it is gone.
+double processorTime(qint64 process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    const std::string stat{std::istreambuf_iterator<char>(file), {}};
+    // Behind the name, which may hold anything, the 12th and 13th fields.
+    std::istringstream fields(stat.substr(std::min(stat.size(), stat.rfind(')') + 1)));
+    std::string skipped;
+    for (int field = 0; field < 11; ++field)
+        fields >> skipped;
+    double user = 0, system = 0;
+    fields >> user >> system;
+    return (user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
 }  // namespace
 
 DesktopTextRecognizer::DesktopTextRecognizer(RunLoop& runLoop, Options options)
     : runLoop_(runLoop), options_(std::move(options)) {}
 
 DesktopTextRecognizer::~DesktopTextRecognizer() {
-    dropHelper();
+    if (!helper_) return;
+    helper_->disconnect();
+    helper_->kill();
+    helper_->waitForFinished(1000);
 }
 
 void DesktopTextRecognizer::recognize(const std::string& path, QualityOfService qos, std::function<void(Result)> done) {
@@ -48,17 +81,36 @@ void DesktopTextRecognizer::startNext() {
     current_ = std::make_unique<Request>(std::move(waiting_.front()));
     waiting_.pop_front();
     idle_.reset();
+    const bool isLow = current_->qos == QualityOfService::utility;
+    if (!isLow && isHelperLowered_) dropHelper();  // somebody waits
     if (!helper_) startHelper();
+    isHelperLowered_ = isHelperLowered_ || isLow;
     answer_.clear();
     // A path that is no valid UTF-8 cannot be asked for; the answer to it is then that there is no such picture.
-    const nlohmann::json request{{"path", current_->path}};
+    const nlohmann::json request{{"path", current_->path}, {"low", isLow}};
     const auto line = request.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace) + "\n";
     helper_->write(line.data(), static_cast<qint64>(line.size()));
-    deadline_ = runLoop_.after(options_.deadline, [this] {
-        log::write("text recognition took too long and was given up");
-        dropHelper();
-        finish({});
-    });
+    timeAtStart_ = timeSeen_ = processorTime(helper_->processId());
+    looks_ = 0;
+    awaitAnswer();
+}
+
+void DesktopTextRecognizer::awaitAnswer() {
+    deadline_ = runLoop_.after(options_.deadline, [this] { checkProgress(); });
+}
+
+/// Goes on waiting for a helper that still works and has only been given little of the processor.
+void DesktopTextRecognizer::checkProgress() {
+    constexpr int mostLooks = 10;
+    const Token deadline = std::move(deadline_);
+    const double time = processorTime(helper_->processId());
+    if (time > timeSeen_ && time - timeAtStart_ < options_.deadline && ++looks_ < mostLooks) {
+        timeSeen_ = time;
+        return awaitAnswer();
+    }
+    log::write("text recognition took too long and was given up");
+    dropHelper();
+    finish({});
 }
 
 void DesktopTextRecognizer::startHelper() {
@@ -83,18 +135,9 @@ void DesktopTextRecognizer::startHelper() {
                    {});
 }
 
-/// Ends the helper without waiting for it to agree.
 void DesktopTextRecognizer::dropHelper() {
-    if (!helper_) return;
-    auto* process = helper_.release();
-    process->disconnect();
-    if (process->state() == QProcess::NotRunning) {
-        process->deleteLater();
-        return;
-    }
-    process->kill();
-    process->waitForFinished(1000);
-    process->deleteLater();
+    isHelperLowered_ = false;
+    if (helper_) abandon(std::move(helper_));
 }
 
 void DesktopTextRecognizer::readAnswer() {

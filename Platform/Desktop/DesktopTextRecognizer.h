@@ -19,7 +19,8 @@ public:
     struct Options {
         /// Empty stands for the helper that is installed beside this program.
         std::string helper;
-        /// Seconds that one picture may take, and that the helper stays with nothing to do.
+        /// Seconds that one picture may take of the processor, and for which the helper may stand still: on a busy
+        /// machine a picture takes longer, up to ten times that. Seconds that the helper stays with nothing to do.
         double deadline = 30, idleTime = 30;
     };
 
@@ -40,6 +41,8 @@ private:
     void startNext();
     void startHelper();
     void dropHelper();
+    void awaitAnswer();
+    void checkProgress();
     void readAnswer();
     void finish(Result result);
 
@@ -48,7 +51,12 @@ private:
     std::deque<Request> waiting_;
     std::unique_ptr<Request> current_;
     std::unique_ptr<QProcess> helper_;
+    /// Whether the helper has lowered its priority, which it cannot raise again.
+    bool isHelperLowered_ = false;
     QByteArray answer_;
+    /// Processor time of the helper when it was given the picture and when it was last looked at; how often that was.
+    double timeAtStart_ = 0, timeSeen_ = 0;
+    int looks_ = 0;
     Token deadline_, idle_;
 };
 

@@ -106,6 +106,7 @@ class LimitedPanels final : public Panels {
 
 class NoSecureInput final : public SecureInput {
     bool isEnabled() override { return false; }
+    Token observe(std::function<void()>) override { return nullptr; }
     std::optional<std::string> holderName() override { return std::nullopt; }
 };
 

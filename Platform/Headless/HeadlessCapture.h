@@ -45,6 +45,8 @@ public:
     explicit HeadlessScreenCapture(RunLoop& runLoop) : runLoop_(runLoop) {}
     void setPicture(std::string bytes) { picture_ = std::move(bytes); }
     void setAvailable(bool available) { isAvailable_ = available; }
+    void setSavingDirectory(std::optional<std::string> directory) { savingDirectory_ = std::move(directory); }
+    std::optional<std::string> savingDirectory() const override { return savingDirectory_; }
     const std::vector<std::string>& targets() const { return targets_; }
 
     Launch captureInteractively(const std::string& target, std::function<void()> done) override {
@@ -60,6 +62,7 @@ public:
 private:
     RunLoop& runLoop_;
     std::string picture_;
+    std::optional<std::string> savingDirectory_;
     bool isAvailable_ = true;
     std::vector<std::string> targets_;
 };
@@ -86,12 +89,16 @@ public:
         isEnabled_ = enabled;
         holderName_ = std::move(holderName);
     }
+    /// Tells that a hold has lasted.
+    void confirm() { observers_.callAll(); }
     bool isEnabled() override { return isEnabled_; }
+    Token observe(std::function<void()> changed) override { return observers_.add(std::move(changed)); }
     std::optional<std::string> holderName() override { return holderName_; }
 
 private:
     bool isEnabled_ = false;
     std::optional<std::string> holderName_;
+    HandlerList<std::function<void()>> observers_;
 };
 
 }  // namespace brimquill::platform

@@ -31,6 +31,8 @@ public:
 private:
     bool prepareRecognition();
     std::vector<std::string> lines(const QImage& picture);
+    void give(const QImage& picture);
+    bool isTextSmall();
 
     std::unique_ptr<tesseract::TessBaseAPI> recognition_;
     bool isPrepared_ = false;

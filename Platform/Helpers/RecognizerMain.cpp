@@ -1,7 +1,7 @@
 // The recogniser: reads one request a line from standard input and answers each with one line on standard output, both
-// JSON. Request: {"path": "/picture.png"}. Answer: {"codes": [...], "lines": [...]}. It ends with its input. It must be
-// started with OMP_THREAD_LIMIT=1 in its environment: the recognition library reads that before main runs, and is
-// several times slower without it.
+// JSON. Request: {"path": "/picture.png", "low": true}, where "low" asks for a low priority from now on. Answer:
+// {"codes": [...], "lines": [...]}. It ends with its input. It must be started with OMP_THREAD_LIMIT=1 in its
+// environment: the recognition library reads that before main runs, and is several times slower without it.
 
 #include "Platform/Helpers/PictureReader.h"
 
@@ -50,7 +50,6 @@ int main(int argc, char** argv) {
     setrlimit(RLIMIT_AS, &limit);
     const rlimit noCore{0, 0};
     setrlimit(RLIMIT_CORE, &noCore);
-    setpriority(PRIO_PROCESS, 0, lowPriority);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int answers = claimAnswers();
     const QCoreApplication application(argc, argv);  // finds the image format plug-ins
@@ -58,6 +57,7 @@ int main(int argc, char** argv) {
     for (std::string line; std::getline(std::cin, line);) {
         const auto request = nlohmann::json::parse(line, nullptr, false);
         if (!request.is_object() || !request.contains("path") || !request["path"].is_string()) return 2;
+        if (request.value("low", nlohmann::json()) == true) setpriority(PRIO_PROCESS, 0, lowPriority);
         const auto reading = reader.read(request["path"].get<std::string>());
         const nlohmann::json answer{{"codes", reading.codes}, {"lines", reading.lines}};
         if (!writeAll(answers, answer.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace) + "\n")) return 1;

@@ -86,7 +86,8 @@ private:
     X11SyntheticKeys syntheticKeys_{injected_, runLoop_, [this] { pasteboard_.offerPrimary(); }};
     X11Accessibility accessibility_{syntheticKeys_.isAvailable(), input_.isAvailable()};
     X11Workspace workspace_{connection_};
-    X11SecureInput secureInput_{connection_, workspace_, [this] { return panels_.holdsKeyboard(); }};
+    X11SecureInput secureInput_{connection_, workspace_, runLoop_,
+                                [this] { return panels_.holdsKeyboard() || screenCapture_.isUnderWay(); }};
     std::unique_ptr<UserDefaults> defaults_;
     DesktopAppearance appearance_;
     DesktopOpenPanel openPanel_;

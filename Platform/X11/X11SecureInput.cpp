@@ -6,8 +6,16 @@
 
 namespace brimquill::platform {
 
-X11SecureInput::X11SecureInput(X11Connection& connection, Workspace& workspace, std::function<bool()> ownsKeyboard)
-    : connection_(connection), workspace_(workspace), ownsKeyboard_(std::move(ownsKeyboard)) {
+namespace {
+
+/// Seconds that a hold must last to count.
+constexpr double confirmationDelay = 0.5;
+
+}  // namespace
+
+X11SecureInput::X11SecureInput(X11Connection& connection, Workspace& workspace, RunLoop& runLoop,
+                               std::function<bool()> ownsKeyboard)
+    : connection_(connection), workspace_(workspace), runLoop_(runLoop), ownsKeyboard_(std::move(ownsKeyboard)) {
     if (!connection_.isAlive()) return;
     probe_ = xcb_generate_id(connection_.xcb());
     const std::uint32_t overrideRedirect = 1;
@@ -24,11 +32,23 @@ X11SecureInput::~X11SecureInput() {
 }
 
 bool X11SecureInput::isEnabled() {
-    if (ownsKeyboard_()) return isEnabled_ = wasHeld_ = false;
-    const bool isHeld = isKeyboardHeld() && !isMenuOpen();
-    isEnabled_ = isHeld && wasHeld_;
-    wasHeld_ = isHeld;
+    if (!isHeld()) {
+        confirmation_.reset();
+        isEnabled_ = false;
+    } else if (!isEnabled_ && !confirmation_) {
+        confirmation_ = runLoop_.after(confirmationDelay, [this] { confirm(); });
+    }
     return isEnabled_;
+}
+
+void X11SecureInput::confirm() {
+    const Token confirmation = std::move(confirmation_);
+    isEnabled_ = isHeld();
+    if (isEnabled_) observers_.callAll();
+}
+
+bool X11SecureInput::isHeld() {
+    return !ownsKeyboard_() && isKeyboardHeld() && !isMenuOpen();
 }
 
 std::optional<std::string> X11SecureInput::holderName() {

@@ -44,7 +44,8 @@ protected:
     std::filesystem::path folder = directory.path() / "shots";
     OCRService ocr{
         {store, pasteService, toast, hud, center, world.runLoop(), world.textRecognizer(), world.screenCapture()}};
-    ScreenshotWatcher watcher{{store, settings, toast, ocr, world.defaults(), world.folderWatcher(), world.runLoop()}};
+    ScreenshotWatcher watcher{
+        {store, settings, toast, ocr, world.defaults(), world.folderWatcher(), world.runLoop(), world.screenCapture()}};
     int captures = 0;
 };
 
@@ -90,6 +91,58 @@ TEST_F(ScreenshotWatcherTest, TakesAFileThatIsStillBeingWrittenOnceWhole) {
     std::ofstream(folder / "Screenshot.png", std::ios::binary) << bytes;
     changed();
     EXPECT_EQ(stored().size(), 1U);
+}
+
+TEST_F(ScreenshotWatcherTest, TakesOnlyWhatEndsAsItsFormatDoes) {
+    using namespace std::string_literals;
+    const std::string boxes = "\0\0\0\x10"s + "ftypheic\0\0\0\0"s + "\0\0\0\x0c"s + "mdatdata"s;
+    const struct {
+        const char* name;
+        std::string bytes;
+        bool isTaken;
+    } cases[] = {
+        {"Screenshot whole.heic", boxes, true},
+        {"Screenshot open.heic", boxes.substr(0, 16) + "\0\0\0\0mdatand so on"s, true},
+        {"Screenshot half.heic", boxes.substr(0, boxes.size() - 2), false},
+        {"Screenshot head.heic", boxes.substr(0, 20), false},
+        {"Screenshot half.jpg", "\xFF\xD8\xFF\xE0 some of it"s, false},
+        {"Screenshot whole.jpg", "\xFF\xD8\xFF\xE0 all of it \xFF\xD9"s, true},
+        {"Screenshot empty.png", "", false},
+    };
+    watcher.start();
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.name);
+        const auto before = stored().size();
+        std::ofstream(folder / test.name, std::ios::binary) << test.bytes;
+        changed();
+        EXPECT_EQ(stored().size() - before, test.isTaken ? 1U : 0U);
+    }
+}
+
+TEST_F(ScreenshotWatcherTest, FollowsTheUsersWishThenTheDesktopsToolThenTheDesktop) {
+    world.screenCapture().setSavingDirectory("/tool");
+    EXPECT_EQ(watcher.directory(), folder);
+    world.defaults().set("location", "~/shots");
+    EXPECT_EQ(watcher.directory(), std::string(std::getenv("HOME")) + "/shots");
+    world.defaults().removeObject("location");
+    EXPECT_EQ(watcher.directory(), "/tool");
+    world.screenCapture().setSavingDirectory(std::nullopt);
+    EXPECT_EQ(watcher.directory().filename(), "Desktop");
+}
+
+TEST_F(ScreenshotWatcherTest, WordsReadAfterItsEndAreKept) {
+    world.textRecognizer().setResult({{}, {"words in it"}});
+    auto other = std::make_unique<ScreenshotWatcher>(ScreenshotWatcher::Environment{
+        store, settings, toast, ocr, world.defaults(), world.folderWatcher(), world.runLoop(), world.screenCapture()});
+    other->onCapture = [this] { ++captures; };
+    other->start();
+    save("Screenshot.png");
+    world.folderWatcher().change(folder.string());
+    ASSERT_EQ(captures, 1);
+    other.reset();
+    world.advance(2);
+    EXPECT_EQ(store.search("words", 10).size(), 1U);
+    EXPECT_EQ(captures, 1) << "nobody is there to be told";
 }
 
 TEST_F(ScreenshotWatcherTest, WhatComesDuringAPauseIsTakenAfterIt) {

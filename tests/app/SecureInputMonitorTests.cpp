@@ -25,6 +25,13 @@ TEST_F(SecureInputMonitorTest, LooksAtOnceAndEveryTwoSeconds) {
     EXPECT_FALSE(monitor.culpritName());
 }
 
+TEST_F(SecureInputMonitorTest, LooksWhenAHoldTurnsOutToLast) {
+    monitor.start();
+    world.secureInput().set(true, "Pinentry");
+    world.secureInput().confirm();
+    EXPECT_TRUE(monitor.secureInputActive()) << "before two seconds are over";
+}
+
 TEST_F(SecureInputMonitorTest, TellsOnlyWhatIsNew) {
     monitor.start();
     world.advance(10);

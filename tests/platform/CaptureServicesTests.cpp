@@ -5,8 +5,6 @@
 #include "Platform/Desktop/DesktopTextRecognizer.h"
 #include "tests/platform/Desktop.h"
 
-#include <QImage>
-#include <QPainter>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -29,18 +27,6 @@ protected:
         fs::permissions(path(name), fs::perms::owner_all);
         return path(name);
     }
-    std::string picture(const std::string& name, const char* words) const {
-        QImage image(700, 90, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        QFont font(QStringLiteral("Noto Sans"));
-        font.setPixelSize(32);
-        painter.setFont(font);
-        painter.drawText(20, 56, QString::fromUtf8(words));
-        painter.end();
-        EXPECT_TRUE(image.save(QString::fromStdString(path(name))));
-        return path(name);
-    }
     /// What one picture gives; waits for it.
     TextRecognizer::Result read(TextRecognizer& recognizer, const std::string& file) {
         TextRecognizer::Result result;
@@ -60,22 +46,6 @@ protected:
 private:
     QTemporaryDir directory_;
 };
-
-TEST_F(CaptureServicesTest, WordsAreReadAndDamagedPicturesCostOnlyTheirOwn) {
-    DesktopTextRecognizer recognizer(runLoop, {.helper = RECOGNIZER});
-    const auto good = picture("good.png", "quick brown fox");
-    std::ofstream(path("empty.png"));
-    std::ofstream(path("no picture.jpg")) << "words";
-    std::ifstream whole(good, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(whole), {}};
-    std::ofstream(path("half.png"), std::ios::binary) << bytes.substr(0, bytes.size() / 2);
-    EXPECT_THAT(read(recognizer, path("empty.png")).lines, IsEmpty());
-    EXPECT_THAT(read(recognizer, path("no picture.jpg")).lines, IsEmpty());
-    EXPECT_THAT(read(recognizer, path("missing.png")).lines, IsEmpty());
-    read(recognizer, path("half.png"));
-    EXPECT_THAT(read(recognizer, good).lines, ElementsAre("quick brown fox"));
-    EXPECT_TRUE(recognizer.isHelperRunning());
-}
 
 TEST_F(CaptureServicesTest, PicturesThatSomebodyWaitsForGoFirst) {
     const auto echo = script("echo", R"(while read -r line; do echo '{"codes": [], "lines": ["read"]}'; done)");
