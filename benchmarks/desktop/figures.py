@@ -7,6 +7,7 @@ BUILD_DIRECTORY holds bin/brimquill, bin/desktop_probe, bin/selection_peer and b
 them). Without names all figures are taken. Close other work first: the figures are of wall-clock time.
 """
 
+import json
 import pathlib
 import random
 import sqlite3
@@ -27,6 +28,7 @@ CLIPS = 10_000
 MANY_CLIPS = 100_000
 PICTURES = 60
 ROUNDS = 21
+SCREENSHOTS = 20
 HOT_KEY = "super+shift+v"
 COLUMNS = ("id, kind, text, created_at, source_app, pinned, image_path, name, keyword, folder_id, expires_at, tags, uuid, "
            "modified_at, deleted, source_bundle_id")
@@ -357,6 +359,69 @@ class Figures:
         fields = pathlib.Path(f"/proc/{self.program.pid}/stat").read_text().rsplit(")", 1)[1].split()
         return total, int(fields[11]) + int(fields[12])
 
+    def toast(self):
+        self.session.write_settings({"onboardingShown": True})
+        self.start_program()
+        time.sleep(2)
+        editor = self.session.start("mousepad")
+        self.session.activate(self.session.wait_window(window_class="[Mm]ousepad"))
+        self.session.type("copied")
+        self.session.keys("ctrl+a")
+        times = []
+        for _ in range(ROUNDS):
+            time.sleep(3)  # the toast before it goes
+            times.append(self.probe("ctrl+c", 0.5)[0])
+        self.tell("Control+C in an editor to the first of the toast painted", times, "ms")
+        editor.stop()
+        self.session.programs.remove(editor)
+        self.stop_program()
+
+    def reading(self):
+        folder = self.session.folder / "screenshots"
+        aside = self.session.folder / "aside"
+        folder.mkdir()
+        aside.mkdir()
+        picture = aside / "picture.png"
+        self.session.run("convert", "-size", "1200x300", "xc:white", "-font", "DejaVu-Sans", "-pointsize", "22", "-annotate", "+20+56",
+                         "marmalade sandwich\npeppermint teapot\ncinnamon biscuit\nhazelnut pancake", picture)
+        for index in range(SCREENSHOTS):
+            (aside / f"Screenshot {index}.png").write_bytes(picture.read_bytes())
+        self.session.write_settings({"onboardingShown": True, "captureScreenshotFiles": True})
+        (pathlib.Path(self.session.environment["XDG_CONFIG_HOME"]) / "brimquill" / "com.apple.screencapture.json").write_text(
+            json.dumps({"location": str(folder)}))
+        self.start_program()
+        time.sleep(2)
+        start = time.monotonic()
+        for index in range(SCREENSHOTS):
+            (aside / f"Screenshot {index}.png").rename(folder / f"Screenshot {index}.png")
+        stretches = self.stretches(lambda: self.session.query(
+            "SELECT COUNT(*) FROM clips WHERE source_app = 'Screenshot' AND text LIKE '%marmalade%'")[0][0] == SCREENSHOTS)
+        taken = time.monotonic() - start
+        self.tell(f"longest stretch of work on the main thread while {SCREENSHOTS} screenshots are taken and read", [max(stretches)], "ms",
+                  f"all read after {taken:.1f} s; ten longest {', '.join(f'{s:.1f}' for s in sorted(stretches)[-10:])}")
+        self.stop_program()
+
+    def stretches(self, is_done):
+        """Milliseconds of processor time that the main thread used between one wait and the next, until `is_done`."""
+        task = pathlib.Path(f"/proc/{self.program.pid}/task/{self.program.pid}")
+        with open(task / "schedstat", "rb", buffering=0) as times, open(task / "status", "rb", buffering=0) as status:
+            def look():
+                times.seek(0)
+                status.seek(0)
+                return (int(status.read(4096).split(b"\nvoluntary_ctxt_switches:")[1].split()[0]), int(times.read(100).split()[0]) / 1e6)
+            found, asked = [0], time.monotonic()
+            waits, used = look()
+            while True:
+                now, later = look()
+                if now != waits:
+                    found.append(later - used)
+                    waits, used = now, later
+                if time.monotonic() - asked > 1:
+                    if is_done():
+                        return found
+                    asked = time.monotonic()
+                    waits, used = look()
+
     @staticmethod
     def tell(what, values, unit, beside=""):
         low, middle, high = min(values), statistics.median(values), max(values)
@@ -365,7 +430,7 @@ class Figures:
 
 
 def main():
-    names = sys.argv[2:] or ["start", "memory", "capture", "burst", "palette", "paste", "explorer", "idle", "many", "strip"]
+    names = sys.argv[2:] or ["start", "memory", "capture", "burst", "palette", "paste", "explorer", "toast", "reading", "idle", "many", "strip"]
     figures = Figures(sys.argv[1])
     try:
         figures.fill()
