@@ -61,7 +61,8 @@ AppDelegate::AppDelegate(Environment environment)
       picker_({store_, environment_.center, services_.runLoop(), services_.defaults(),
                [this] { return stack_.itemIds(); }}),
       pickerActions_({picker_, store_, pasteService_, settings_, services_.workspace(), hud_, expandSnippet}),
-      palette_({picker_, pickerActions_, services_, settings_, viewHost_, environment_.center, tagPanel_, editPanel_}),
+      palette_({picker_, pickerActions_, services_, settings_, viewHost_, environment_.center, tagPanel_, editPanel_,
+                stack_}),
       hotKeys_(services_.hotKeys()) {}
 
 void AppDelegate::applicationDidFinishLaunching() {

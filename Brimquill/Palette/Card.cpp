@@ -22,9 +22,9 @@ std::string counted(std::size_t count, const char* noun) {
     return std::to_string(count) + " " + noun;
 }
 
-void describeFiles(Card& card, const ClipItem& item, const CardFiles& files) {
+void describeFiles(Card& card, const ClipItem& item, const FileFacts& files) {
     const auto paths = text::split(item.text, '\n');
-    const auto isThere = std::any_of(paths.begin(), paths.end(), files.exists);
+    const bool isThere = files.exists && !paths.empty();
     card.body = isThere ? CardBody::files : CardBody::missingFile;
     card.text = isThere ? beginning(item.preview()) : "Original file no longer exists";
     card.caption = paths.empty() ? "" : paths.front();
@@ -45,7 +45,7 @@ void describeText(Card& card, const ClipItem& item) {
 
 }  // namespace
 
-Card makeCard(const ClipItem& item, CardStyle& style, Date now, const CardFiles& files) {
+Card makeCard(const ClipItem& item, CardStyle& style, Date now, const FileFacts& files) {
     Card card;
     card.id = item.id;
     card.header = style.header(item);
@@ -64,7 +64,7 @@ Card makeCard(const ClipItem& item, CardStyle& style, Date now, const CardFiles&
             card.body = CardBody::image;
             card.imagePath = *item.imagePath;
             card.text = beginning(item.preview());
-            card.footer = files.pictureSize(*item.imagePath);
+            card.footer = files.pictureSize;
         } else {
             describeText(card, item);
         }

@@ -3,7 +3,6 @@
 #include "Brimquill/Palette/CardStyle.h"
 #include "BrimquillCore/ClipItem.h"
 
-#include <functional>
 #include <string>
 
 namespace brimquill {
@@ -30,18 +29,21 @@ struct Card {
     bool isPinned = false, expires = false;
     /// What a screen reader says.
     std::string accessibleName;
+    friend bool operator==(const Card&, const Card&) = default;
 };
 
 /// How far into a clip's text a card looks: more never fits on one.
 inline constexpr std::size_t cardTextLimit = 600;
 
-/// What a card needs to know of files. Both are asked on the main thread and must answer at once.
-struct CardFiles {
-    std::function<bool(const std::string& path)> exists;
-    /// "640 × 480" in pixels; empty when the file is no picture.
-    std::function<std::string(const std::string& path)> pictureSize;
+/// What a card shows of its clip's files.
+struct FileFacts {
+    /// Whether any of them is there.
+    bool exists = true;
+    /// Of a picture, "640 × 480" in pixels; empty when that is not known, or the file is no picture.
+    std::string pictureSize;
+    friend bool operator==(const FileFacts&, const FileFacts&) = default;
 };
 
-Card makeCard(const ClipItem& item, CardStyle& style, Date now, const CardFiles& files);
+Card makeCard(const ClipItem& item, CardStyle& style, Date now, const FileFacts& files);
 
 }  // namespace brimquill

@@ -135,6 +135,13 @@ void ClipListModel::setCards(std::vector<Card> cards) {
     }
 }
 
+void ClipListModel::setCard(int row, Card card) {
+    auto& place = cards_[static_cast<std::size_t>(row)];
+    if (place == card) return;
+    place = std::move(card);
+    Q_EMIT dataChanged(index(row), index(row));
+}
+
 void ClipListModel::setMarked(const std::set<int>& marked) {
     const auto before = std::exchange(marked_, marked);
     for (int row = 0; row < rowCount(); ++row) {

@@ -45,6 +45,8 @@ public:
 
     /// Puts these cards in place of those before; none is marked then.
     void setCards(std::vector<Card> cards);
+    /// Puts another card in place of one; `row` must be there.
+    void setCard(int row, Card card);
     /// Which rows are marked beside the focused one.
     void setMarked(const std::set<int>& marked);
     /// The card that says "Copied!", and the one that has just arrived; 0 for none.

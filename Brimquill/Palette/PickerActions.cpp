@@ -81,6 +81,18 @@ void PickerActions::deleteSelected() {
     environment_.hud.show("Deleted " + clips(count) + " — ⌘Z to undo", "trash");
 }
 
+void PickerActions::deleteOne(std::int64_t id) {
+    undoStack_.push_back({id});
+    environment_.store.deleteClip(id);
+    environment_.model.reloadItems();
+    environment_.hud.show("Deleted — ⌘Z to undo", "trash");
+}
+
+void PickerActions::setPinned(std::int64_t id, bool pinned) {
+    environment_.store.setPinned(id, pinned);
+    environment_.model.reloadItems();
+}
+
 void PickerActions::undoDelete() {
     if (undoStack_.empty()) {
         environment_.hud.show("Nothing to undo", undoSymbol);

@@ -36,7 +36,10 @@ public:
 
     /// Deletes the chosen cards; one step of undo.
     void deleteSelected();
+    /// Deletes one clip, whatever is chosen; one step of undo.
+    void deleteOne(std::int64_t id);
     void undoDelete();
+    void setPinned(std::int64_t id, bool pinned);
     /// Opens the focused card's link, file or picture. False when there is nothing to open, which the user is told.
     bool openSelected();
     void togglePause();

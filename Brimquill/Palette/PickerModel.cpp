@@ -3,7 +3,6 @@
 #include "BrimquillCore/Foundation/Text.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 
 namespace brimquill {
@@ -18,11 +17,6 @@ constexpr double explorerDelay = 0.3, explorerPause = 0.02;
 /// The characters of a preview: laying out more would make the palette wait.
 constexpr std::size_t previewLimit = 20000;
 
-bool fileExists(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::exists(path, error);
-}
-
 int wrapped(int index, int delta, int count) {
     return (index + delta % count + count) % count;
 }
@@ -36,7 +30,8 @@ PickerModel::PickerModel(Environment environment)
       stackIds_(std::move(environment.stackIds)),
       catalog_(environment.store, environment.defaults),
       style_(environment.store, environment.center),
-      explorer_({store_, center_, style_, this, [this](const PickerFilter& filter) { chooseScope(filter); }}) {
+      explorer_({store_, center_, style_, this, [this](const PickerFilter& filter) { chooseScope(filter); }}),
+      fileLooker_(environment.runLoop, [this](const FileLooker::Found& found) { updateFiles(found); }) {
     observation_ = center_.observe(ClipStore::didChangeNotification, &store_, [this](const Notification&) {
         runLoop_.async([alive = std::weak_ptr<bool>(alive_), this] {
             if (!alive.expired()) storeChanged();
@@ -181,14 +176,22 @@ void PickerModel::setItems(std::vector<ClipItem> items) {
     const auto now = runLoop_.now();
     std::vector<Card> cards;
     cards.reserve(items_.size());
-    const CardFiles files{fileExists, [this](const std::string& path) { return pictureSizes_.describe(path); }};
     for (const auto& item : items_)
-        cards.push_back(makeCard(item, style_, now, files));
+        cards.push_back(makeCard(item, style_, now, fileLooker_.facts(item)));
     cards_.setCards(std::move(cards));
     selection_.clear();
     setFocus(0);
     Q_EMIT itemsChanged();
     Q_EMIT selectionChanged();
+    Q_EMIT previewChanged();
+}
+
+void PickerModel::updateFiles(const FileLooker::Found& found) {
+    for (std::size_t row = 0; row < items_.size(); ++row) {
+        const auto facts = found.find(FileLooker::keyOf(items_[row]));
+        if (facts == found.end()) continue;
+        cards_.setCard(static_cast<int>(row), makeCard(items_[row], style_, runLoop_.now(), facts->second));
+    }
     Q_EMIT previewChanged();
 }
 
@@ -213,6 +216,10 @@ std::vector<ClipItem> PickerModel::selectedItems() const {
             chosen.push_back(items_[static_cast<std::size_t>(index)]);
     }
     return chosen;
+}
+
+ClipFile PickerModel::clipFile(int index) {
+    return fileLooker_.facts(items_[static_cast<std::size_t>(index)]).exists ? ClipFile::exists : ClipFile::missing;
 }
 
 void PickerModel::select(int index) {

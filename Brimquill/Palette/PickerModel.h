@@ -1,9 +1,10 @@
 #pragma once
 
+#include "Brimquill/Palette/CardDrag.h"
 #include "Brimquill/Palette/ClipListModel.h"
 #include "Brimquill/Palette/Explorer.h"
+#include "Brimquill/Palette/FileLooker.h"
 #include "Brimquill/Palette/PickerQuery.h"
-#include "Brimquill/Palette/PictureSizes.h"
 #include "Brimquill/Palette/ScopeCatalog.h"
 #include "Platform/Services.h"
 
@@ -89,6 +90,8 @@ public:
     const ClipItem* selectedItem() const;
     /// The marked cards and the focused one, in the order of the strip.
     std::vector<ClipItem> selectedItems() const;
+    /// Whether the files of the card at `index`, which must be there, were there when last seen.
+    ClipFile clipFile(int index);
     void select(int index);
     enum class Extending { no, yes };
     void moveSelection(int delta, Extending extending = Extending::no);
@@ -139,6 +142,7 @@ private:
     QVariantList describedChips();
     QVariantList describedTypes() const;
     void setItems(std::vector<ClipItem> items);
+    void updateFiles(const FileLooker::Found& found);
     void setFocus(int index);
     void markArrival(const std::set<std::int64_t>& before);
 
@@ -149,7 +153,7 @@ private:
     ScopeCatalog catalog_;
     CardStyle style_;
     Explorer explorer_;
-    PictureSizes pictureSizes_;
+    FileLooker fileLooker_;
     ClipListModel cards_;
     QVariantList chipsShown_, typesShown_;
     PickerQuery query_;

@@ -1,5 +1,6 @@
 #include "Brimquill/Palette/PickerPanelController.h"
 
+#include "Brimquill/Palette/CardDrag.h"
 #include "Brimquill/Palette/Thumbnails.h"
 #include "Brimquill/Surfaces/TourEvents.h"
 #include "BrimquillCore/Foundation/Log.h"
@@ -7,6 +8,7 @@
 
 #include <QPointer>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickView>
 
 namespace brimquill {
@@ -27,7 +29,13 @@ Overloaded(Functions...) -> Overloaded<Functions...>;
 
 }  // namespace
 
-PickerPanelController::PickerPanelController(Environment environment) : environment_(environment) {}
+PickerPanelController::PickerPanelController(Environment environment)
+    : environment_(environment),
+      menu_({environment_.model, environment_.actions, environment_.stack, [this] { close(); },
+             [this](const ClipItem& item) { environment_.editPanel.show(item, whenFormIsDone()); },
+             [this](const ClipItem& item) {
+                 environment_.tagPanel.show(item, OrganizeView::Field::tags, whenFormIsDone());
+             }}) {}
 
 PickerPanelController::~PickerPanelController() {
     close();
@@ -84,7 +92,9 @@ void PickerPanelController::show() {
     outsideClickMonitor_ =
         monitors.addGlobalMonitor(platform::EventMask::mouseDown, [this](const platform::Event& event) {
             // Where it stands, not where it would now: the click may have been on another screen.
-            if (isVisible_ && !shownFrame_.contains(event.location)) close();
+            if (!isVisible_ || shownFrame_.contains(event.location)) return;
+            if (menu_.isOpen()) return menu_.close();
+            close();
         });
 }
 
@@ -93,6 +103,7 @@ void PickerPanelController::close() {
     isVisible_ = false;
     keyMonitor_.reset();
     outsideClickMonitor_.reset();
+    menu_.close();
     environment_.model.setActive(false);
     panel_->close();
 }
@@ -107,7 +118,12 @@ platform::Rect PickerPanelController::frameOnMainScreen() const {
 
 bool PickerPanelController::handle(const platform::Event& event) {
     // With a panel of ours in front of the palette, the keys are that panel's.
-    if (!isVisible_ || !panel_->isKey()) return false;
+    // During a drag they are the drag's: Escape gives it up.
+    if (!isVisible_ || !panel_->isKey() || isDragging_) return false;
+    if (menu_.isOpen()) {
+        menu_.handle(event);
+        return true;
+    }
     auto& model = environment_.model;
     const auto action = pickerAction(event, {.explorerOpen = model.explorer().explorerOpen(),
                                              .explorerSearchEmpty = model.explorer().explorerSearch().empty(),
@@ -236,6 +252,18 @@ void PickerPanelController::cardDoubleClicked(int index) {
     const auto item = model.items()[static_cast<std::size_t>(index)];
     close();
     environment_.actions.deliver({item}, PickerActions::Delivery::paste);
+}
+
+void PickerPanelController::cardDragged(int index, QQuickItem* card) {
+    const auto& items = environment_.model.items();
+    if (card == nullptr || isDragging_ || index < 0 || index >= static_cast<int>(items.size())) return;
+    isDragging_ = true;
+    // Later: the press that began it is still being delivered, and the drag ends only with the button.
+    environment_.services.runLoop().async([self = QPointer(this), item = items[static_cast<std::size_t>(index)],
+                                           file = environment_.model.clipFile(index), view = QPointer(card)] {
+        if (self && self->isVisible_ && view) dragOut(item, file, *view);
+        if (self) self->isDragging_ = false;
+    });
 }
 
 QString PickerPanelController::pasteboardText() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brimquill/Palette/CardMenu.h"
 #include "Brimquill/Palette/CheatSheet.h"
 #include "Brimquill/Palette/PickerActions.h"
 #include "Brimquill/Palette/PickerKeyMap.h"
@@ -14,12 +15,15 @@
 #include <functional>
 #include <memory>
 
+class QQuickItem;
+
 namespace brimquill {
 
 /// The palette's panel: shows and hides it, and turns keys and clicks into what the palette does. The application that
 /// the user is in stays the active one throughout. Main thread.
 class PickerPanelController final : public QObject {
     Q_OBJECT
+    Q_PROPERTY(brimquill::CardMenu* menu READ menu CONSTANT)
 
 public:
     static constexpr double panelHeight = 280;
@@ -33,6 +37,7 @@ public:
         NotificationCenter& center;
         TagPanelController& tagPanel;
         EditPanelController& editPanel;
+        StackManager& stack;
     };
 
     explicit PickerPanelController(Environment environment);
@@ -53,9 +58,13 @@ public:
     /// palette's again. Does nothing when the palette has gone.
     std::function<void()> whenFormIsDone();
 
+    CardMenu* menu() { return &menu_; }
+
     /// A click on a card: with ⌘ or ⇧ it chooses, plain it copies. A double click pastes.
     Q_INVOKABLE void cardClicked(int index, int modifiers);
     Q_INVOKABLE void cardDoubleClicked(int index);
+    /// Drags a card out, drawn as `card` is, until the user lets go. The palette stays.
+    Q_INVOKABLE void cardDragged(int index, QQuickItem* card);
     /// The text on the pasteboard, for the query field; read beforehand, so that no program is waited for.
     Q_INVOKABLE QString pasteboardText() const;
 
@@ -75,10 +84,11 @@ private:
 
     Environment environment_;
     CheatSheet cheatSheet_;
+    CardMenu menu_;
     std::unique_ptr<PanelView> panel_;
     platform::Token keyMonitor_, outsideClickMonitor_;
     platform::Rect shownFrame_;
-    bool isVisible_ = false;
+    bool isVisible_ = false, isDragging_ = false;
 };
 
 }  // namespace brimquill

@@ -6,13 +6,13 @@
 #include <QUrl>
 
 #include <algorithm>
-#include <functional>
+#include <utility>
 
 namespace brimquill {
 namespace {
 
-/// What the caches hold at most, in KiB of decoded pictures, and what one file may take while it is decoded, in MiB.
-constexpr qsizetype thumbnailCost = 24 * 1024, iconCost = 2 * 1024;
+/// What the caches hold at most, in bytes of decoded pictures, and what one file may take while it is decoded, in MiB.
+constexpr qsizetype thumbnailBytes = 48 << 20, iconBytes = 2 << 20;
 constexpr int decodedMebibytes = 256;
 
 /// Computes an image on a pool, for a view that waits for it.
@@ -32,25 +32,6 @@ public:
 private:
     QImage image_;
 };
-
-qsizetype cost(const QImage& image) {
-    return std::max<qsizetype>(1, image.sizeInBytes() / 1024);
-}
-
-/// The image under `key`, computed when the cache has none.
-QImage cached(QMutex& mutex, QCache<QString, QImage>& cache, const QString& key,
-              const std::function<QImage()>& compute) {
-    {
-        const QMutexLocker lock(&mutex);
-        if (const auto* found = cache.object(key)) return *found;
-    }
-    const QImage image = compute();
-    if (!image.isNull()) {
-        const QMutexLocker lock(&mutex);
-        cache.insert(key, new QImage(image), cost(image));
-    }
-    return image;
-}
 
 /// Stands for the icon that a program does not have: one point, which nobody sees; a view would complain about none.
 QImage noIcon() {
@@ -79,9 +60,38 @@ QString decoded(const QString& id) {
     return QUrl::fromPercentEncoding(id.toUtf8());
 }
 
+/// The middle of an image, at most `size`.
+QImage cropped(const QImage& image, const QSize& size) {
+    const auto kept = image.size().boundedTo(size);
+    if (kept == image.size() || size.isEmpty()) return image;
+    return image.copy(QRect(QPoint((image.width() - kept.width()) / 2, (image.height() - kept.height()) / 2), kept));
+}
+
 }  // namespace
 
-Thumbnails::Thumbnails() : cache_(thumbnailCost) {
+QImage ImageCache::image(const QString& key, const std::function<QImage()>& compute) {
+    {
+        const QMutexLocker lock(&mutex_);
+        if (const auto found = images_.constFind(key); found != images_.constEnd()) return *found;
+    }
+    QImage image = compute();
+    if (image.isNull()) return image;
+    const QMutexLocker lock(&mutex_);
+    if (images_.size() >= countLimit || bytes_ + image.sizeInBytes() > byteLimit_) {
+        images_.clear();
+        bytes_ = 0;
+    }
+    bytes_ += image.sizeInBytes() - images_.value(key).sizeInBytes();
+    images_.insert(key, image);
+    return image;
+}
+
+qsizetype ImageCache::count() {
+    const QMutexLocker lock(&mutex_);
+    return images_.size();
+}
+
+Thumbnails::Thumbnails() : cache_(thumbnailBytes) {
     QImageReader::setAllocationLimit(decodedMebibytes);
     pool_.setMaxThreadCount(1);
 }
@@ -99,18 +109,18 @@ QImage Thumbnails::read(const QString& path, const QSize& size) {
         const QSize scaled = whole.scaled(size, Qt::KeepAspectRatioByExpanding);
         if (scaled.width() < whole.width()) reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
     }
-    return onCheckerboard(reader.read());
+    return onCheckerboard(cropped(reader.read(), size));
 }
 
 QQuickImageResponse* Thumbnails::requestImageResponse(const QString& id, const QSize& requestedSize) {
     const auto path = decoded(id);
     const auto key = QStringLiteral("%1x%2 %3").arg(requestedSize.width()).arg(requestedSize.height()).arg(path);
     return new Response(pool_, [this, path, key, requestedSize] {
-        return cached(mutex_, cache_, key, [&] { return read(path, requestedSize); });
+        return cache_.image(key, [&] { return read(path, requestedSize); });
     });
 }
 
-SourceIcons::SourceIcons(platform::Workspace& workspace) : workspace_(workspace), cache_(iconCost) {
+SourceIcons::SourceIcons(platform::Workspace& workspace) : workspace_(workspace), cache_(iconBytes) {
     pool_.setMaxThreadCount(1);
 }
 
@@ -122,7 +132,7 @@ QQuickImageResponse* SourceIcons::requestImageResponse(const QString& id, const 
     const auto bundleIdentifier = decoded(id);
     const int size = std::max(requestedSize.width(), 16);
     return new Response(pool_, [this, bundleIdentifier, size] {
-        return cached(mutex_, cache_, QStringLiteral("%1 %2").arg(size).arg(bundleIdentifier), [&] {
+        return cache_.image(QStringLiteral("%1 %2").arg(size).arg(bundleIdentifier), [&] {
             const auto icon = workspace_.icon(bundleIdentifier.toStdString(), size);
             if (!icon || icon->rgba.empty()) return noIcon();
             return QImage(icon->rgba.data(), icon->width, icon->height, icon->width * 4, QImage::Format_RGBA8888)

@@ -2,12 +2,32 @@
 
 #include "Platform/Workspace.h"
 
-#include <QCache>
+#include <QHash>
+#include <QImage>
 #include <QMutex>
 #include <QQuickAsyncImageProvider>
 #include <QThreadPool>
 
+#include <functional>
+
 namespace brimquill {
+
+/// The images last computed: 200 and a bound of bytes at most; emptied when full. Any thread.
+class ImageCache final {
+public:
+    static constexpr qsizetype countLimit = 200;
+
+    explicit ImageCache(qsizetype byteLimit) : byteLimit_(byteLimit) {}
+    /// The image under `key`, computed when there is none; a null one is computed again each time.
+    QImage image(const QString& key, const std::function<QImage()>& compute);
+    qsizetype count();
+
+private:
+    const qsizetype byteLimit_;
+    QMutex mutex_;
+    QHash<QString, QImage> images_;
+    qsizetype bytes_ = 0;
+};
 
 /// Pictures for the cards, read and scaled away from the main thread: "image://thumbnails/<percent-encoded path>". A
 /// file that is no picture, is damaged or would take too much memory gives an empty image. Keeps the last ones. Any
@@ -18,12 +38,12 @@ public:
     ~Thumbnails() override;
     QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override;
 
-    /// Reads one picture so that it covers `size`, in pixels; null when it cannot be read.
+    /// Reads one picture, made so small that it just covers `size`, in pixels, and cut to it around its centre. It is
+    /// never made larger: where it is smaller, so is the result. Null when it cannot be read.
     static QImage read(const QString& path, const QSize& size);
 
 private:
-    QMutex mutex_;
-    QCache<QString, QImage> cache_;
+    ImageCache cache_;
     QThreadPool pool_;
 };
 
@@ -36,8 +56,7 @@ public:
 
 private:
     platform::Workspace& workspace_;
-    QMutex mutex_;
-    QCache<QString, QImage> cache_;
+    ImageCache cache_;
     QThreadPool pool_;
 };
 

@@ -14,9 +14,7 @@ protected:
     CardStyle style{store, center};
     bool filesExist = true;
     Card card(const ClipItem& item) {
-        return makeCard(item, style, Date{2000},
-                        {[this](const std::string&) { return filesExist; },
-                         [](const std::string& path) { return path.empty() ? "" : "640 × 480"; }});
+        return makeCard(item, style, Date{2000}, {filesExist, "640 × 480"});
     }
     static ClipItem clip(ClipKind kind, const std::string& text) {
         ClipItem item;

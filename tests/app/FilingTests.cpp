@@ -189,7 +189,8 @@ protected:
     PickerModel model{{store, center, world.runLoop(), world.defaults(), [] { return std::vector<std::int64_t>{}; }}};
     PickerActions actions{
         {model, store, pasteService, settings, world.workspace(), hud, [](const std::string& text) { return text; }}};
-    PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel}};
+    StackManager stack{store, pasteService, hud, world.defaults()};
+    PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel, stack}};
 };
 
 TEST_F(FilingFromThePaletteTest, TheKeysAreTheFormsUntilItIsDone) {

@@ -23,10 +23,11 @@ protected:
     PickerActions actions{{model, store, pasteService, settings, world.workspace(), hud,
                            [](const std::string& text) { return "<" + text + ">"; }}};
     ViewHost views{settings, world.appearance(), world.panels()};
+    StackManager stack{store, pasteService, hud, world.defaults()};
     FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop()};
     TagPanelController tagPanel{store, forms};
     EditPanelController editPanel{store, forms};
-    PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel}};
+    PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel, stack}};
 
     platform::Rect shownFrame() {
         auto frame = world.panels().visible().at(0)->frame;

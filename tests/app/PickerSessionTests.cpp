@@ -27,7 +27,8 @@ protected:
     FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop()};
     TagPanelController tagPanel{store, forms};
     EditPanelController editPanel{store, forms};
-    PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel}};
+    StackManager stack{store, pasteService, hud, world.defaults()};
+    PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel, stack}};
 
     std::int64_t copy(const std::string& text, ClipKind kind = ClipKind::text) {
         world.advance(1);

@@ -281,10 +281,11 @@ private:
         {store_, center_, world_.runLoop(), world_.defaults(), [] { return std::vector<std::int64_t>{}; }}};
     PickerActions actions_{{model_, store_, pasteService_, settings_, world_.workspace(), hud_,
                             [](const std::string& text) { return text; }}};
+    StackManager stack_{store_, pasteService_, hud_, world_.defaults()};
     FormPanel::Environment forms_{host_, world_.screens(), world_.pasteboard(), world_.runLoop()};
     TagPanelController tagPanel_{store_, forms_};
     EditPanelController editPanel_{store_, forms_};
-    PickerPanelController controller_{{model_, actions_, world_, settings_, host_, center_, tagPanel_, editPanel_}};
+    PickerPanelController controller_{{model_, actions_, world_, settings_, host_, center_, tagPanel_, editPanel_, stack_}};
     QQuickView* view_ = nullptr;
 };
 

@@ -29,13 +29,18 @@ Item {
 
     width: Theme.cardWidth
     height: Theme.cardHeight
-    scale: arrived && !Theme.reduceMotion ? 1.02 : 1
+    scale: arrived && !Theme.reduceMotion ? 1.1 : 1
+    z: arrived ? 1 : 0
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleName
     Accessible.selected: selected
     Accessible.onPressAction: panel.cardClicked(index, 0)
 
-    Behavior on scale { enabled: !Theme.reduceMotion; NumberAnimation { duration: 200; easing.type: Easing.OutQuad } }
+    Behavior on scale {
+        enabled: !Theme.reduceMotion
+
+        NumberAnimation { duration: card.arrived ? 200 : 500; easing.type: Easing.OutQuad }
+    }
 
     // The ring lies outside, so that nothing shifts when the choice moves.
     Rectangle {
@@ -166,13 +171,28 @@ Item {
 
     // Over the body alone: the header goes on saying what it was.
     Loader {
+        id: confirmation
+
         anchors { fill: parent; topMargin: Theme.cardHeaderHeight; bottomMargin: Theme.cardFooterHeight }
-        active: card.copied
+        active: opacity > 0
+        opacity: card.copied ? 1 : 0
+
+        Behavior on opacity {
+            enabled: !Theme.reduceMotion
+
+            NumberAnimation {
+                duration: 250
+                easing { type: card.copied ? Easing.OutBack : Easing.OutQuad; overshoot: 0.6 }
+            }
+        }
+
         sourceComponent: Rectangle {
             color: Theme.withAlpha(Theme.cardBody, 0.92)
 
             Column {
                 anchors.centerIn: parent
+                // It springs up and fades away.
+                scale: Theme.reduceMotion || !card.copied ? 1 : confirmation.opacity
                 spacing: Theme.smallGap
 
                 Symbol {
@@ -191,6 +211,24 @@ Item {
         }
     }
 
+    DragHandler {
+        target: null
+        acceptedDevices: PointerDevice.Mouse
+        // Before the strip takes the movement for a flick, and never given up to it.
+        dragThreshold: 6
+        grabPermissions: PointerHandler.CanTakeOverFromAnything
+        onActiveChanged: if (active) panel.cardDragged(card.index, card)
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        gesturePolicy: TapHandler.WithinBounds
+        onPressedChanged: {
+            if (!pressed)
+                return
+            const at = card.mapToItem(null, point.pressPosition)
+            panel.menu.openAt(card.index, at.x, at.y)
+        }
+    }
     TapHandler {
         id: tap
 
@@ -238,7 +276,8 @@ Item {
                 anchors.fill: parent
                 source: card.imageSource
                 sourceSize { width: Theme.cardWidth; height: Theme.cardHeight - Theme.cardHeaderHeight - Theme.cardFooterHeight }
-                fillMode: Image.PreserveAspectCrop
+                // Cropped to its place when it was read; what is smaller stays as sharp as it is.
+                fillMode: Image.Pad
                 asynchronous: true
                 Accessible.ignored: true
             }

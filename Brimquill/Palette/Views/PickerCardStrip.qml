@@ -13,39 +13,44 @@ Item {
 
     height: Theme.cardHeight + 8
 
-    ListView {
-        id: list
-
-        anchors.fill: parent
-        orientation: ListView.Horizontal
-        spacing: Theme.cardGap
-        leftMargin: Theme.panelPadding + 2
-        rightMargin: Theme.panelPadding + 2
-        boundsBehavior: Flickable.StopAtBounds
+    // Cut off at the sides alone: a card that has just come is for a moment higher than the strip.
+    Item {
+        anchors { fill: parent; topMargin: -10; bottomMargin: -10 }
         clip: true
-        cacheBuffer: 0
-        reuseItems: true
-        model: picker.cards
-        currentIndex: picker.selectedIndex
-        highlightFollowsCurrentItem: true
-        highlightMoveDuration: !Theme.reduceMotion ? 150 : 0
-        highlightMoveVelocity: -1
-        highlight: Item {}
-        preferredHighlightBegin: Theme.panelPadding + 2
-        preferredHighlightEnd: width - Theme.panelPadding - 2
-        highlightRangeMode: ListView.ApplyRange
-        Accessible.role: Accessible.List
-        Accessible.name: count === 1 ? "1 clip" : count + " clips"
-        delegate: ClipCard {
-            y: 4
-            selected: ListView.isCurrentItem
-        }
-        WheelHandler {
-            // A vertical wheel moves along the strip.
-            acceptedDevices: PointerDevice.Mouse
-            onWheel: event => {
-                const reach = Math.max(0, list.contentWidth + list.rightMargin - list.width)
-                list.contentX = Math.max(-list.leftMargin, Math.min(reach, list.contentX - event.angleDelta.y))
+
+        ListView {
+            id: list
+
+            anchors { fill: parent; topMargin: 10; bottomMargin: 10 }
+            orientation: ListView.Horizontal
+            spacing: Theme.cardGap
+            leftMargin: Theme.panelPadding + 2
+            rightMargin: Theme.panelPadding + 2
+            boundsBehavior: Flickable.StopAtBounds
+            cacheBuffer: 0
+            reuseItems: true
+            model: picker.cards
+            currentIndex: picker.selectedIndex
+            highlightFollowsCurrentItem: true
+            highlightMoveDuration: !Theme.reduceMotion ? 150 : 0
+            highlightMoveVelocity: -1
+            highlight: Item {}
+            preferredHighlightBegin: Theme.panelPadding + 2
+            preferredHighlightEnd: width - Theme.panelPadding - 2
+            highlightRangeMode: ListView.ApplyRange
+            Accessible.role: Accessible.List
+            Accessible.name: count === 1 ? "1 clip" : count + " clips"
+            delegate: ClipCard {
+                y: 4
+                selected: ListView.isCurrentItem
+            }
+            WheelHandler {
+                // A vertical wheel moves along the strip.
+                acceptedDevices: PointerDevice.Mouse
+                onWheel: event => {
+                    const reach = Math.max(0, list.contentWidth + list.rightMargin - list.width)
+                    list.contentX = Math.max(-list.leftMargin, Math.min(reach, list.contentX - event.angleDelta.y))
+                }
             }
         }
     }

@@ -83,6 +83,10 @@ PanelSurface {
                 }
             }
         }
+        CardMenuView {
+            anchors.fill: parent
+            menu: root.panel.menu
+        }
     }
 
     // It comes up by a few points; it goes at once.
