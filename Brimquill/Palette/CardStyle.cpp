@@ -88,8 +88,10 @@ std::optional<std::string> CardStyle::hex(std::string_view code) {
 }
 
 CardColor CardStyle::custom(const std::string& hex) {
-    const bool whiteReads = contrast(hex, "#FFFFFF") >= contrast(hex, nearBlack);
-    return {hex, hex, whiteReads ? "#FFFFFF" : nearBlack};
+    constexpr double readable = 4.5;
+    const double white = contrast(hex, "#FFFFFF"), dark = contrast(hex, nearBlack);
+    if (std::max(white, dark) < readable) return {hex, hex, "#000000"};
+    return {hex, hex, white >= dark ? "#FFFFFF" : nearBlack};
 }
 
 std::string CardStyle::age(Date created, Date now) {

@@ -34,7 +34,8 @@ public:
     static CardColor palette(std::string_view text);
     /// "#RRGGBB" of a hex code with three or six digits, "#" or not, blanks around it or not; nothing otherwise.
     static std::optional<std::string> hex(std::string_view code);
-    /// A user's own colour, with white or near-black text on it, whichever contrasts more.
+    /// A user's own colour, with white or near-black text on it, whichever contrasts more, or black where neither can
+    /// be read.
     static CardColor custom(const std::string& hex);
     /// "now", "5m", "3h", "2d", "6w", "1y".
     static std::string age(Date created, Date now);

@@ -6,6 +6,8 @@
 #include "BrimquillCore/Foundation/Log.h"
 #include "BrimquillCore/Foundation/Text.h"
 
+#include <QAccessible>
+#include <QGuiApplication>
 #include <QPointer>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -254,6 +256,12 @@ void PickerPanelController::cardDoubleClicked(int index) {
     environment_.actions.deliver({item}, PickerActions::Delivery::paste);
 }
 
+void PickerPanelController::cardFocused(QQuickItem* card) const {
+    if (!isVisible_ || card == nullptr || !QAccessible::isActive()) return;
+    QAccessibleEvent event(card, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+}
+
 void PickerPanelController::cardDragged(int index, QQuickItem* card) {
     const auto& items = environment_.model.items();
     if (card == nullptr || isDragging_ || index < 0 || index >= static_cast<int>(items.size())) return;
@@ -261,7 +269,9 @@ void PickerPanelController::cardDragged(int index, QQuickItem* card) {
     // Later: the press that began it is still being delivered, and the drag ends only with the button.
     environment_.services.runLoop().async([self = QPointer(this), item = items[static_cast<std::size_t>(index)],
                                            file = environment_.model.clipFile(index), view = QPointer(card)] {
-        if (self && self->isVisible_ && view) dragOut(item, file, *view);
+        // Who has let go already drags nothing; a drag begun then would hang at the pointer.
+        const bool isHeld = QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
+        if (self && self->isVisible_ && view && isHeld) dragOut(item, file, *view);
         if (self) self->isDragging_ = false;
     });
 }

@@ -63,6 +63,8 @@ public:
     /// A click on a card: with ⌘ or ⇧ it chooses, plain it copies. A double click pastes.
     Q_INVOKABLE void cardClicked(int index, int modifiers);
     Q_INVOKABLE void cardDoubleClicked(int index);
+    /// Tells screen readers that a card is the focused one now.
+    Q_INVOKABLE void cardFocused(QQuickItem* card) const;
     /// Drags a card out, drawn as `card` is, until the user lets go. The palette stays.
     Q_INVOKABLE void cardDragged(int index, QQuickItem* card);
     /// The text on the pasteboard, for the query field; read beforehand, so that no program is waited for.

@@ -19,7 +19,7 @@ QtObject {
     readonly property color accentFill: appearance.accentFill
     readonly property color accentInk: appearance.accentInk
     readonly property color fieldHovered: dark ? Qt.rgba(1, 1, 1, 0.15) : Qt.rgba(0, 0, 0, 0.10)
-    readonly property color warning: dark ? "#E6720C" : "#BA5C0A"
+    readonly property color warning: dark ? "#E6720C" : "#A85008"
     readonly property color success: dark ? "#2FA84F" : "#26863F"
     readonly property color destructive: dark ? "#E86C65" : "#DF3127"
     readonly property color dim: Qt.rgba(0, 0, 0, 0.45)

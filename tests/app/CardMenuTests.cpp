@@ -68,8 +68,8 @@ protected:
     }
 
     PickerModel model{{store, center, world.runLoop(), world.defaults(), [] { return std::vector<std::int64_t>{}; }}};
-    PickerActions actions{{model, store, pasteService, settings, world.workspace(), hud,
-                           [](const std::string& text) { return text; }}};
+    PickerActions actions{
+        {model, store, pasteService, settings, world.workspace(), hud, [](const std::string& text) { return text; }}};
     StackManager stack{store, pasteService, hud, world.defaults()};
     int closings = 0;
     Texts panels;

@@ -13,9 +13,7 @@ class CardStyleTest : public AppFixture {
 protected:
     CardStyle style{store, center};
     bool filesExist = true;
-    Card card(const ClipItem& item) {
-        return makeCard(item, style, Date{2000}, {filesExist, "640 × 480"});
-    }
+    Card card(const ClipItem& item) { return makeCard(item, style, Date{2000}, {filesExist, "640 × 480"}); }
     static ClipItem clip(ClipKind kind, const std::string& text) {
         ClipItem item;
         item.id = 1;

@@ -1,5 +1,7 @@
 """What the pointer does to a card: its menu, and dragging it out."""
 
+import os
+import pathlib
 import re
 import unittest
 
@@ -25,44 +27,78 @@ class CardCase(PaletteCase):
         return self.left + 14 + 192 * index + 89, self.top + 72 + 93
 
     def drag(self, start, end):
-        """Drags as a hand does, in small steps."""
-        self.session.run("xdotool", "mousemove", str(start[0]), str(start[1]), "mousedown", "1")
+        """Presses on a card and moves away as a hand does, in small steps; the button stays down."""
+        self.session.run("xdotool", "mousemove", *start, "mousedown", "1")
         for step in range(1, 21):
             x, y = (round(a + (b - a) * step / 20) for a, b in zip(start, end))
-            self.session.run("xdotool", "mousemove", "--sync", str(x), str(y))
-        # The target answers each place that it is told of; the last answer must be in before the button goes up.
-        for x in (1, 0, 1, 0):
-            self.session.run("xdotool", "mousemove", "--sync", str(end[0] + x), str(end[1]))
+            self.session.run("xdotool", "mousemove", "--sync", x, y)
+            if step == 3:
+                wait_for(self.is_dragging, what="the drag")
+
+    def is_dragging(self):
+        """The picture of the card that hangs at the pointer is a window of its own."""
+        return len(self.session.windows(window_class="brimquill")) > 1
+
+    def release(self):
+        self.session.run("xdotool", "mouseup", "1")
+        wait_for(lambda: not self.is_dragging(), what="the end of the drag")
 
 
 class DragsOutOfThePalette(CardCase):
-    def test_text_into_an_editor(self):
-        editor = self.start_editor("mousepad", "[Mm]ousepad")
-        self.session.run("xdotool", "windowmove", "--sync", editor, "200", "50")
+    def start_target(self):
+        target = self.session.start(os.environ["DROP_TARGET"])
+        window = self.session.wait_window(name="^Drop Target$")
+        self.session.run("xdotool", "windowmove", "--sync", window, "200", "50")
+        self.session.activate(window)
+        return target, window
+
+    def drop_card(self, index, target):
+        """Drags a card to the target; what it got, by format."""
+        end = (400, 200)
+        self.drag(self.card(index), end)
+
+        def accepts():
+            # A second place is told only when the first one was answered.
+            self.session.run("xdotool", "mousemove_relative", "--", "1", "0", "mousemove_relative", "--", "-1", "0")
+            return target.output().count("move") > 3
+        wait_for(accepts, what="the target to take the drag")
+        self.release()
+        wait_for(lambda: "\ndrop\n" in target.output(), what="the drop")
+        lines = [line.split(" ", 3) for line in target.output().splitlines() if line.startswith("format ")]
+        return {line[1]: line[3] for line in lines}
+
+    def test_text(self):
+        target, window = self.start_target()
         self.open_palette()
-        self.drag(self.card(1), (400, 300))
-        self.session.run("xdotool", "mouseup", "1")
-        wait_for(lambda: not self.is_dragging(), what="the end of the drag")
+        got = self.drop_card(1, target)
+        self.assertEqual("banana bread", got["text/plain"])
+        self.assertNotIn("text/uri-list", got)
         self.assertTrue(self.is_open(), "The palette closed")
-        self.assertEqual(editor, self.session.active_window())
-        # The palette has its keys after it, and the strip its clicks.
-        self.session.keys("Escape")
+        self.assertEqual(window, self.session.active_window())
+        # The palette has its keys after it; had the drag been captured, it would stand before this copy.
+        self.session.type("apple")
+        self.session.keys("alt+Return")
         self.wait_closed()
-        wait_for(lambda: self.copied_from_editor() == "banana bread", what="the dragged text")
-        # Other words, so that the editor's copy of them is a clip of its own.
-        self.session.keys("ctrl+End")
-        self.session.type("!")
-        wait_for(lambda: self.copied_from_editor() == "banana bread!", what="the dragged text and what was typed")
-        self.wait_for_row("SELECT 1 FROM clips WHERE text = 'banana bread!'")
-        # The two copies out of the editor, and no more.
-        self.assertEqual(self.count + 2, self.clip_count(), "What was dragged came back as a clip")
+        self.session.copy("the next")
+        self.wait_for_row("SELECT 1 FROM clips WHERE text = 'the next'")
+        self.assertEqual(self.count + 1, self.clip_count(), "What was dragged came back as a clip")
+
+    def test_picture(self):
+        picture = self.session.folder / "picture.png"
+        self.session.run("convert", "-size", "320x200", "gradient:red-blue", picture)
+        self.session.copy(picture.read_bytes(), "image/png")
+        path, = self.wait_for_row("SELECT image_path FROM clips WHERE kind = 'image'")
+        target, _ = self.start_target()
+        self.open_palette()
+        got = self.drop_card(0, target)
+        self.assertEqual(f"file://{path}", got["text/uri-list"])
+        self.assertIn("image/png", got)
 
     def test_escape_gives_it_up(self):
         editor = self.start_editor("mousepad", "[Mm]ousepad")
         self.session.run("xdotool", "windowmove", "--sync", editor, "200", "50")
         self.open_palette()
         self.drag(self.card(0), (400, 300))
-        wait_for(self.is_dragging, what="the drag")
         self.session.keys("Escape")
         wait_for(lambda: not self.is_dragging(), what="the end of the drag")
         self.session.run("xdotool", "mouseup", "1")
@@ -71,10 +107,6 @@ class DragsOutOfThePalette(CardCase):
         self.wait_closed()
         self.session.type("typed")
         wait_for(lambda: self.copied_from_editor() == "typed", what="the keys to reach the editor again")
-
-    def is_dragging(self):
-        """The picture of the card that hangs at the pointer is a window of its own."""
-        return len(self.session.windows(window_class="brimquill")) > 1
 
 
 class OpensAMenu(CardCase):
@@ -105,6 +137,30 @@ class OpensAMenu(CardCase):
         self.wait_closed()
         wait_for(lambda: self.copied_from_editor() == "cherry 🍒 pie", what="the paste")
         self.assertEqual(editor, self.session.active_window())
+
+
+class TellsAScreenReader(PaletteCase):
+    """Another program listens on the accessibility bus, as a screen reader does."""
+
+    environment = {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+
+    def test_the_focused_card_and_the_count(self):
+        reader = self.session.start("/usr/bin/python3", "-u", pathlib.Path(__file__).parent / "screen_reader.py")
+        wait_for(lambda: "listening" in reader.output(), what="the reader")
+        editor = self.start_editor("mousepad", "[Mm]ousepad")
+
+        def hears(*parts):
+            wait_for(lambda: any(all(part in line for part in parts) for line in reader.output().splitlines()),
+                     what=f"{parts} in {reader.output()} {reader.error_lines()}")
+        self.open_palette()
+        hears("focused", "Text, cherry 🍒 pie", "list item")
+        self.session.keys("Right")
+        hears("focused", "Text, banana bread")
+        self.session.type("apple")
+        hears("named", "1 clip", "list")
+        self.assertEqual(editor, self.session.active_window())
+        self.session.keys("Escape", "Escape")
+        self.wait_closed()
 
 
 if __name__ == "__main__":

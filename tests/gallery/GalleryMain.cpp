@@ -68,6 +68,7 @@ public:
             drawAll();
             drawForms();
         }
+        fillMore();
     }
 
 private:
@@ -87,6 +88,10 @@ private:
         for (int step = 0; step < 14; ++step)
             model_.moveSelection(1);
         draw("scrolled", 1872);
+        controller_.menu()->openAt(3, 700, 120);
+        controller_.menu()->setCurrent(2);
+        draw("menu", 1200);
+        controller_.menu()->close();
         model_.setPreviewOpen(true);
         draw("preview-text", 1200);
         selectLast(ClipKind::image);
@@ -143,6 +148,27 @@ private:
                 std::optional<Date> expires = {}) {
         now_ = now_ + 1;
         store_.insert(text, kind, {"Editor", "org.example.editor"}, image, expires);
+    }
+
+    /// Worst inputs, and more chips than the bar has room for.
+    void fillMore() {
+        std::string deep;
+        for (int level = 0; level < 100; ++level)
+            deep += "/level" + std::to_string(level);
+        insert(deep, ClipKind::file);
+        insert("");
+        insert("Total 1,204.50", ClipKind::image,
+               picture(directory_.path(), QStringLiteral("photo.png"), {1200, 900}).toStdString());
+        auto filed = store_.fetchHistory(4);
+        for (int tag = 0; tag < 30; ++tag) {
+            const auto name = (tag % 5 == 0 ? "a rather long tag number " : "tag ") + std::to_string(tag);
+            store_.setTags(filed[static_cast<std::size_t>(tag) % filed.size()].id, {name});
+            model_.reset();
+            model_.chooseScope(scope::Tag{name});
+        }
+        model_.reset();
+        draw("many-chips", 1024);
+        draw("worst", 1872);
     }
 
     void fill() {
@@ -285,7 +311,8 @@ private:
     FormPanel::Environment forms_{host_, world_.screens(), world_.pasteboard(), world_.runLoop()};
     TagPanelController tagPanel_{store_, forms_};
     EditPanelController editPanel_{store_, forms_};
-    PickerPanelController controller_{{model_, actions_, world_, settings_, host_, center_, tagPanel_, editPanel_, stack_}};
+    PickerPanelController controller_{
+        {model_, actions_, world_, settings_, host_, center_, tagPanel_, editPanel_, stack_}};
     QQuickView* view_ = nullptr;
 };
 

@@ -33,7 +33,10 @@ Item {
     z: arrived ? 1 : 0
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleName
-    Accessible.selected: selected
+    Accessible.focusable: true
+    Accessible.focused: selected
+    Accessible.selectable: true
+    Accessible.selected: selected || marked
     Accessible.onPressAction: panel.cardClicked(index, 0)
 
     Behavior on scale {
@@ -100,7 +103,7 @@ Item {
             anchors { right: icon.visible ? icon.left : parent.right; rightMargin: icon.visible ? 5 : Theme.gap; verticalCenter: parent.verticalCenter }
             text: card.age
             font.pixelSize: Theme.bodySize
-            color: Theme.withAlpha(card.headerText, 0.8)
+            color: card.headerText
         }
         Image {
             id: icon

@@ -6,6 +6,7 @@ Rectangle {
     id: root
 
     required property var chip
+    readonly property color tone: chip.active ? chip.onFill : Theme.dark ? chip.ink : chip.fill
     signal tapped
     signal cleared
 
@@ -32,7 +33,16 @@ Rectangle {
             visible: root.chip.topTag
             size: 12
             name: "star.fill"
-            color: label.color
+            color: root.tone
+        }
+        // The colour is told beside the words: small words in it would be hard to read.
+        Rectangle {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: !root.chip.active && !root.chip.topTag
+            width: 8
+            height: 8
+            radius: 4
+            color: root.tone
         }
         Text {
             id: label
@@ -44,7 +54,7 @@ Rectangle {
             elide: Text.ElideMiddle
             font.pixelSize: Theme.titleSize
             font.weight: root.chip.active ? Font.DemiBold : Font.Normal
-            color: root.chip.active ? root.chip.onFill : Theme.dark ? root.chip.ink : root.chip.fill
+            color: root.chip.active ? root.chip.onFill : Theme.primaryText
             Accessible.ignored: true
         }
         Symbol {

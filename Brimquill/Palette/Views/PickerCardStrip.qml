@@ -32,6 +32,8 @@ Item {
             model: picker.cards
             currentIndex: picker.selectedIndex
             highlightFollowsCurrentItem: true
+            // The field keeps the keyboard; a screen reader follows the cards all the same.
+            onCurrentItemChanged: if (currentItem) panel.cardFocused(currentItem)
             highlightMoveDuration: !Theme.reduceMotion ? 150 : 0
             highlightMoveVelocity: -1
             highlight: Item {}
