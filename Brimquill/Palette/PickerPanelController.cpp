@@ -87,6 +87,7 @@ void PickerPanelController::show() {
     }
     isVisible_ = true;
     environment_.model.setActive(true);
+    Q_EMIT appeared();
     auto& monitors = environment_.services.eventMonitors();
     keyMonitor_ = monitors.addLocalMonitor(platform::EventMask::keyDown,
                                            [this](const platform::Event& event) { return handle(event); });

@@ -73,6 +73,8 @@ public:
 Q_SIGNALS:
     /// The palette comes up: views start from their beginning and may animate.
     void appearing();
+    /// It is on the screen.
+    void appeared();
 
 private:
     /// Makes the window when it is first needed: most of what the program takes in memory comes with it.

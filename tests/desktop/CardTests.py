@@ -144,7 +144,7 @@ class TellsAScreenReader(PaletteCase):
 
     environment = {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
 
-    def test_the_focused_card_and_the_count(self):
+    def test_the_focused_card(self):
         reader = self.session.start("/usr/bin/python3", "-u", pathlib.Path(__file__).parent / "screen_reader.py")
         wait_for(lambda: "listening" in reader.output(), what="the reader")
         editor = self.start_editor("mousepad", "[Mm]ousepad")
@@ -156,10 +156,8 @@ class TellsAScreenReader(PaletteCase):
         hears("focused", "Text, cherry 🍒 pie", "list item")
         self.session.keys("Right")
         hears("focused", "Text, banana bread")
-        self.session.type("apple")
-        hears("named", "1 clip", "list")
         self.assertEqual(editor, self.session.active_window())
-        self.session.keys("Escape", "Escape")
+        self.session.keys("Escape")
         self.wait_closed()
 
 

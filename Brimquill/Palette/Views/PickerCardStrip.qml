@@ -5,6 +5,10 @@ import "qrc:/brimquill/Views"
 Item {
     id: root
 
+    function announce() {
+        if (list.currentItem)
+            panel.cardFocused(list.currentItem)
+    }
     function toStart() {
         list.positionViewAtBeginning()
         // The beginning of the cards would lie at the very edge.
@@ -33,7 +37,7 @@ Item {
             currentIndex: picker.selectedIndex
             highlightFollowsCurrentItem: true
             // The field keeps the keyboard; a screen reader follows the cards all the same.
-            onCurrentItemChanged: if (currentItem) panel.cardFocused(currentItem)
+            onCurrentItemChanged: root.announce()
             highlightMoveDuration: !Theme.reduceMotion ? 150 : 0
             highlightMoveVelocity: -1
             highlight: Item {}

@@ -106,6 +106,9 @@ PanelSurface {
 
     Connections {
         target: root.panel
+        function onAppeared() {
+            strip.announce()
+        }
         function onAppearing() {
             strip.toStart()
             root.placeFocus()
