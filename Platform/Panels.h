@@ -17,7 +17,8 @@ enum class PanelRole {
     display,
 };
 
-/// A floating window that never activates this program: the application below stays the active one. Main thread.
+/// A floating window that never activates this program: the application below stays the active one. A click on a keyable
+/// panel gives it the keyboard, for itself: the other panels wait for a click of their own. Main thread.
 class Panel {
 public:
     virtual ~Panel() = default;
@@ -29,6 +30,9 @@ public:
     virtual bool isVisible() const = 0;
     /// Whether keys come to it now.
     virtual bool isKey() const = 0;
+    /// Leaves the keyboard to the panel shown before it or else to the application below, until it is clicked or shown
+    /// anew.
+    virtual void resignKey() = 0;
     /// Moves or resizes it while it shows.
     virtual void setFrame(Rect frame) = 0;
 };

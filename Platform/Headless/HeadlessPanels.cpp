@@ -31,11 +31,14 @@ public:
     void close() override {
         if (!std::exchange(record_->isVisible, false)) return;
         ++record_->closeCount;
-        std::erase(state_->keyOrder, record_);
-        state_->updateKey();
+        resignKey();
     }
     bool isVisible() const override { return record_->isVisible; }
     bool isKey() const override { return record_->isKey; }
+    void resignKey() override {
+        std::erase(state_->keyOrder, record_);
+        state_->updateKey();
+    }
     void setFrame(Rect frame) override { record_->frame = frame; }
 
 private:
@@ -64,10 +67,17 @@ std::shared_ptr<PanelRecord> HeadlessPanels::keyPanel() const {
     return found == state_->records.end() ? nullptr : *found;
 }
 
-bool HeadlessPanels::takesClick(Point point) const {
-    return std::any_of(state_->records.begin(), state_->records.end(), [&](const auto& record) {
+bool HeadlessPanels::click(Point point) {
+    // What was made later lies above.
+    const auto hit = std::find_if(state_->records.rbegin(), state_->records.rend(), [&](const auto& record) {
         return record->isVisible && record->role != PanelRole::display && record->frame.contains(point);
     });
+    if (hit == state_->records.rend()) return false;
+    if ((*hit)->role == PanelRole::keyable && !(*hit)->isKey) {
+        state_->keyOrder = {*hit};
+        state_->updateKey();
+    }
+    return true;
 }
 
 void HeadlessPanels::setKeyboardHeldElsewhere(bool held) {

@@ -25,8 +25,8 @@ public:
     std::vector<std::shared_ptr<PanelRecord>> visible() const;
     /// The panel that has the keyboard, or null.
     std::shared_ptr<PanelRecord> keyPanel() const;
-    /// Whether a visible panel that takes clicks lies at `point`.
-    bool takesClick(Point point) const;
+    /// False when no visible panel that takes clicks lies at `point`.
+    bool click(Point point);
     /// Another program holds the keyboard; when it lets go, the panel that asked last gets it.
     void setKeyboardHeldElsewhere(bool held);
     /// Off: no panel can be shown.

@@ -56,7 +56,7 @@ void World::click(Point point) {
     screens_.setMouseLocation(point);
     Event clicked = event(EventType::mouseDown, {});
     clicked.location = point;
-    if (panels_.takesClick(point)) {
+    if (panels_.click(point)) {
         eventMonitors_.sendLocal(clicked);
     } else {
         eventMonitors_.sendGlobal(clicked);

@@ -1,5 +1,6 @@
 #include "Platform/X11/X11Panels.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QSurfaceFormat>
 #include <QWindow>
@@ -62,6 +63,7 @@ public:
         window_.create();  // once: a window that exists is on the screen sooner
         state_->panels.push_back(this);
         // Somebody else may hide the window; the keyboard must not stay with it.
+        if (role == PanelRole::keyable) window_.installEventFilter(&presses_);
         hidden_ = QObject::connect(&window_, &QWindow::visibleChanged, [this](bool visible) {
             if (!visible) close();
         });
@@ -78,22 +80,21 @@ public:
         window_.show();
         window_.raise();
         state_->syncInterface();
-        if (role_ != PanelRole::keyable) return true;
-        std::erase(state_->keyOrder, this);
-        state_->keyOrder.push_back(this);
-        state_->attempts = 0;
-        state_->claimKeyboard();
+        if (role_ == PanelRole::keyable) becomeKey();
         return true;
     }
     void close() override {
         if (!std::exchange(isVisible_, false)) return;
-        std::erase(state_->keyOrder, this);
-        if (state_->keyPanel == this || state_->keyOrder.empty()) state_->releaseKeyboard();
+        resignKey();
         window_.hide();
         state_->syncInterface();
     }
     bool isVisible() const override { return isVisible_; }
     bool isKey() const override { return state_->keyPanel == this; }
+    void resignKey() override {
+        std::erase(state_->keyOrder, this);
+        if (state_->keyPanel == this || state_->keyOrder.empty()) state_->releaseKeyboard();
+    }
     void setFrame(Rect frame) override {
         frame_ = frame;
         window_.setGeometry(rectOf(frame));
@@ -105,12 +106,38 @@ public:
     bool takesClick(Point point) const { return isVisible_ && role_ != PanelRole::display && frame_.contains(point); }
 
 private:
+    /// Tells its panel of clicks on the window.
+    class Presses final : public QObject {
+    public:
+        explicit Presses(X11Panel& panel) : panel_(panel) {}
+        bool eventFilter(QObject* watched, QEvent* event) override {
+            if (event->type() == QEvent::MouseButtonPress) panel_.clicked();
+            return QObject::eventFilter(watched, event);
+        }
+
+    private:
+        X11Panel& panel_;
+    };
+
+    void becomeKey() {
+        std::erase(state_->keyOrder, this);
+        state_->keyOrder.push_back(this);
+        state_->attempts = 0;
+        state_->claimKeyboard();
+    }
+    void clicked() {
+        if (!isVisible_ || isKey()) return;
+        state_->keyOrder.clear();
+        becomeKey();
+    }
+
     std::shared_ptr<State> state_;
     QWindow& window_;
     PanelRole role_;
     Rect frame_;
     bool isVisible_ = false;
     QMetaObject::Connection hidden_;
+    Presses presses_{*this};
 };
 
 void X11Panels::State::claimKeyboard() {

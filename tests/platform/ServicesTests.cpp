@@ -41,6 +41,15 @@ protected:
             ASSERT_EQ(runCommand("xdotool key super+shift+v"), 0);
         }
     }
+    void click(Point point) {
+        if (world_ != nullptr) {
+            world_->click(point);
+        } else {
+            ASSERT_EQ(runCommand("xdotool mousemove " + std::to_string(static_cast<int>(point.x)) + " " +
+                                 std::to_string(static_cast<int>(point.y)) + " click 1"),
+                      0);
+        }
+    }
 
     World* world_ = nullptr;
     std::unique_ptr<Services> services_;
@@ -136,6 +145,23 @@ TEST_P(ServicesTest, PanelsHandTheKeyboardToEachOtherAndBack) {
     palette->close();
     EXPECT_FALSE(palette->isKey());
     EXPECT_FALSE(palette->isVisible());
+}
+
+TEST_P(ServicesTest, APanelLeavesTheKeyboardUntilItIsClicked) {
+    QWindow below, above;
+    auto palette = services_->panels().makePanel(below, PanelRole::keyable);
+    auto tags = services_->panels().makePanel(above, PanelRole::keyable);
+    palette->show({100, 100, 300, 200});
+    tags->show({500, 100, 200, 100});
+    ASSERT_TRUE(until([&] { return tags->isKey(); }));
+    tags->resignKey();
+    EXPECT_TRUE(until([&] { return palette->isKey() && tags->isVisible() && !tags->isKey(); }));
+    click({600, 150});
+    EXPECT_TRUE(until([&] { return tags->isKey() && !palette->isKey(); }));
+    tags->resignKey();
+    EXPECT_FALSE(tags->isKey() || palette->isKey()) << "a click takes the keyboard from all other panels";
+    click({150, 150});
+    EXPECT_TRUE(until([&] { return palette->isKey(); }));
 }
 
 TEST_P(ServicesTest, MonitorsTellOurKeysFromThoseOfOthers) {
