@@ -28,13 +28,19 @@ bool FormPanel::show(Form form) {
                                     QVariantMap{{QStringLiteral("model"), QVariant::fromValue(shown_.model.get())},
                                                 {QStringLiteral("panel"), QVariant::fromValue<QObject*>(this)}});
     shown_.view->window().setTitle(form.title);
-    if (shown_.view->show(frame())) return true;
-    close();
-    return false;
+    if (!shown_.view->show(frame())) {
+        close();
+        return false;
+    }
+    // Who goes on typing in the application that was clicked must not type into the form.
+    outsideClickMonitor_ = environment_.eventMonitors.addGlobalMonitor(
+        platform::EventMask::mouseDown, [this](const platform::Event&) { shown_.view->resignKey(); });
+    return true;
 }
 
 void FormPanel::close() {
     if (!shown_.view) return;
+    outsideClickMonitor_.reset();
     shown_.view->close();
     closed_.push_back(std::move(shown_));
     clearWork_ = environment_.runLoop.after(0, [this] { closed_.clear(); });

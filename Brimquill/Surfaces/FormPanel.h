@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Brimquill/Views/PanelView.h"
+#include "Platform/EventMonitors.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/RunLoop.h"
 #include "Platform/Screens.h"
@@ -13,9 +14,9 @@
 
 namespace brimquill {
 
-/// A small form in front of the palette, built anew each time it shows. Keys come to it until it closes; then they are
-/// the palette's again or, without one, those of the application below, which stays the active one throughout. Main
-/// thread.
+/// A small form in front of the palette, built anew each time it shows. Keys come to it until it closes or until a click
+/// in another application; a click in the form brings them back. Else they are the palette's or, without one, those of
+/// the application below, which stays the active one throughout. Main thread.
 class FormPanel final : public QObject {
     Q_OBJECT
 
@@ -26,6 +27,7 @@ public:
         platform::Screens& screens;
         platform::Pasteboard& pasteboard;
         platform::RunLoop& runLoop;
+        platform::EventMonitors& eventMonitors;
     };
     struct Form {
         /// A QML file of `Surfaces/Views` without its extension, and the title of its window.
@@ -59,7 +61,7 @@ private:
     Environment environment_;
     Shown shown_;
     std::vector<Shown> closed_;
-    platform::Token clearWork_;
+    platform::Token clearWork_, outsideClickMonitor_;
 };
 
 }  // namespace brimquill

@@ -27,6 +27,8 @@ public:
     bool isVisible() const { return panel_->isVisible(); }
     /// Whether keys come to it now.
     bool isKey() const { return panel_->isKey(); }
+    /// Leaves the keyboard to others until it is clicked.
+    void resignKey() { panel_->resignKey(); }
     void setFrame(platform::Rect frame);
     /// The size that the content asks for.
     double implicitWidth() const;

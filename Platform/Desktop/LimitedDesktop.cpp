@@ -88,6 +88,8 @@ public:
     void close() override { window_.hide(); }
     bool isVisible() const override { return window_.isVisible(); }
     bool isKey() const override { return window_.isVisible() && window_.isActive(); }
+    /// Who clicks elsewhere moves the focus away by that.
+    void resignKey() override {}
     void setFrame(Rect frame) override {
         window_.setGeometry(QRectF(frame.x, frame.y, frame.width, frame.height).toRect());
     }

@@ -33,7 +33,7 @@ protected:
     }
 
     ViewHost views{settings, world.appearance(), world.panels()};
-    FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop()};
+    FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop(), world.eventMonitors()};
     TagPanelController tagPanel{store, forms};
     EditPanelController editPanel{store, forms};
     int done = 0;

@@ -24,7 +24,7 @@ protected:
                            [](const std::string& text) { return "<" + text + ">"; }}};
     ViewHost views{settings, world.appearance(), world.panels()};
     StackManager stack{store, pasteService, hud, world.defaults()};
-    FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop()};
+    FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop(), world.eventMonitors()};
     TagPanelController tagPanel{store, forms};
     EditPanelController editPanel{store, forms};
     PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel, stack}};

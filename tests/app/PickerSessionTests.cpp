@@ -24,7 +24,7 @@ protected:
     PickerActions actions{{model, store, pasteService, settings, world.workspace(), hud,
                            [](const std::string& text) { return "<" + text + ">"; }}};
     ViewHost views{settings, world.appearance(), world.panels()};
-    FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop()};
+    FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop(), world.eventMonitors()};
     TagPanelController tagPanel{store, forms};
     EditPanelController editPanel{store, forms};
     StackManager stack{store, pasteService, hud, world.defaults()};

@@ -308,7 +308,8 @@ private:
     PickerActions actions_{{model_, store_, pasteService_, settings_, world_.workspace(), hud_,
                             [](const std::string& text) { return text; }}};
     StackManager stack_{store_, pasteService_, hud_, world_.defaults()};
-    FormPanel::Environment forms_{host_, world_.screens(), world_.pasteboard(), world_.runLoop()};
+    FormPanel::Environment forms_{host_, world_.screens(), world_.pasteboard(), world_.runLoop(),
+                                  world_.eventMonitors()};
     TagPanelController tagPanel_{store_, forms_};
     EditPanelController editPanel_{store_, forms_};
     PickerPanelController controller_{
