@@ -1,5 +1,6 @@
 #include "Platform/X11/X11HotKeys.h"
 
+#include "BrimquillCore/Foundation/Log.h"
 #include "Platform/X11/X11Keymap.h"
 #include "Platform/X11/X11Modifiers.h"
 
@@ -101,12 +102,19 @@ void X11HotKeys::ungrabKeys(const Grab& grab) {
 /// A burst of changes that leaves our keys where they were, such as typing a text beyond the layout makes, costs
 /// nothing.
 void X11HotKeys::regrab() {
+    std::vector<Grab*> moved;
     for (auto& [id, grab] : grabs_) {
         auto keycodes = keycodesOf(connection_, grab.keyCode);
         if (keycodes == grab.keycodes || keycodes.empty()) continue;
         ungrabKeys(grab);
         grab.keycodes = std::move(keycodes);
-        grabKeys(grab);
+        moved.push_back(&grab);
+    }
+    // All are let go before the first is taken anew: keys may have changed places.
+    for (Grab* grab : moved) {
+        if (grabKeys(*grab)) continue;
+        log::write("a hot key is held by another program since the keyboard's mapping changed");
+        grab->keycodes.clear();  // so that the next change tries again
     }
 }
 

@@ -43,6 +43,7 @@ X11KeyTypist::~X11KeyTypist() {
 
 void X11KeyTypist::readMapping() {
     keys_.clear();
+    otherKeys_.clear();
     std::vector<xcb_keycode_t> spares;
     xcb_connection_t* xcb = connection_.xcb();
     const auto* setup = xcb_get_setup(xcb);
@@ -52,6 +53,10 @@ void X11KeyTypist::readMapping() {
     if (!mapping) return;
     const xcb_keysym_t* keysyms = xcb_get_keyboard_mapping_keysyms(mapping.get());
     const int width = mapping->keysyms_per_keycode;
+    // Another layout takes back what was borrowed.
+    std::erase_if(borrowed_, [&](const auto& entry) {
+        return keysyms[(entry.second.keycode - setup->min_keycode) * width] != entry.first;
+    });
     for (int index = 0; index < count; ++index) {
         const xcb_keysym_t* own = keysyms + static_cast<std::ptrdiff_t>(index) * width;
         const auto keycode = static_cast<xcb_keycode_t>(setup->min_keycode + index);
@@ -65,6 +70,8 @@ void X11KeyTypist::readMapping() {
         for (int level = 0; level < std::min(width, 2); ++level) {
             if (own[level] != 0) keys_.try_emplace(own[level], Key{keycode, level == 1});
         }
+        constexpr int secondGroup = 2;
+        if (width > secondGroup && own[secondGroup] != 0) otherKeys_.try_emplace(own[secondGroup], Key{keycode, false});
     }
     if (spares != spares_) {
         spares_ = std::move(spares);
@@ -118,6 +125,18 @@ void X11KeyTypist::release(const std::vector<xcb_keycode_t>& keycodes) {
     connection_.sync();
 }
 
+/// Programs look for the key of a shortcut in all groups of the layout.
+std::optional<xcb_keycode_t> X11KeyTypist::keycodeFor(xcb_keysym_t keysym) {
+    for (const auto* source : {&keys_, &otherKeys_}) {
+        if (const auto found = source->find(keysym); found != source->end()) return found->second.keycode;
+    }
+    prepare({keysym}, 0);
+    const auto found = borrowed_.find(keysym);
+    if (found == borrowed_.end()) return std::nullopt;
+    lastTyped_ = std::chrono::steady_clock::now();
+    return found->second.keycode;
+}
+
 bool X11KeyTypist::press(xcb_keysym_t keysym, const std::vector<xcb_keysym_t>& modifiers) {
     readMapping();
     std::vector<xcb_keycode_t> around;
@@ -126,12 +145,12 @@ bool X11KeyTypist::press(xcb_keysym_t keysym, const std::vector<xcb_keysym_t>& m
         if (found == keys_.end()) return false;
         around.push_back(found->second.keycode);
     }
-    const auto found = keys_.find(keysym);
-    if (found == keys_.end()) return false;
+    const auto pressed = keycodeFor(keysym);
+    if (!pressed) return false;
     for (const xcb_keycode_t keycode : around)
         fake(XCB_KEY_PRESS, keycode);
-    fake(XCB_KEY_PRESS, found->second.keycode);
-    fake(XCB_KEY_RELEASE, found->second.keycode);
+    fake(XCB_KEY_PRESS, *pressed);
+    fake(XCB_KEY_RELEASE, *pressed);
     for (auto keycode = around.rbegin(); keycode != around.rend(); ++keycode)
         fake(XCB_KEY_RELEASE, *keycode);
     connection_.sync();

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,10 +29,12 @@ public:
     void release(const std::vector<xcb_keycode_t>& keycodes);
     /// Whether any key at all is down.
     bool isAnyKeyHeld();
-    /// Presses a key with modifiers around it, all by their symbols; false when the keyboard lacks one of them.
+    /// Presses a key with modifiers around it, all by their symbols; false when the keyboard lacks a modifier. A key
+    /// that no group of the layout has is borrowed as for typing, with the same wait.
     bool press(xcb_keysym_t keysym, const std::vector<xcb_keysym_t>& modifiers);
     /// Types UTF-32. Blocks some 50 ms for each batch of characters that the keyboard lacks.
     void type(const std::vector<std::uint32_t>& characters);
+    bool hasBorrowed() const { return !borrowed_.empty(); }
     /// Takes the borrowed keys back once nothing has been typed for a while; false when it is too early.
     bool clearSpares();
 
@@ -41,6 +44,7 @@ private:
         bool needsShift = false;
     };
     void readMapping();
+    std::optional<xcb_keycode_t> keycodeFor(xcb_keysym_t keysym);
     std::size_t prepare(const std::vector<xcb_keysym_t>& keysyms, std::size_t from);
     void borrow(xcb_keysym_t keysym);
     void map(xcb_keycode_t keycode, xcb_keysym_t keysym);
@@ -51,7 +55,8 @@ private:
     X11InjectedKeys& injected_;
     X11Connection connection_;
     bool isAvailable_ = false;
-    std::map<xcb_keysym_t, Key> keys_, borrowed_;
+    /// The keys of the first group, those of the second, and those put on spare keys.
+    std::map<xcb_keysym_t, Key> keys_, otherKeys_, borrowed_;
     std::vector<xcb_keycode_t> spares_;
     std::size_t nextSpare_ = 0;
     std::chrono::steady_clock::time_point lastTyped_;

@@ -116,7 +116,9 @@ bool X11SyntheticKeys::post(int keyCode, Modifiers modifiers) {
     if (std::this_thread::get_id() != mainThread_) {
         const std::lock_guard lock(shared_->mutex);
         shared_->awaitRelease();
-        return shared_->press(stroke, false);
+        const bool pressed = shared_->press(stroke, false);
+        if (shared_->typist.hasBorrowed()) clearSparesLater(shared_);
+        return pressed;
     }
     shared_->waiting.push_back(stroke);
     if (shared_->timer == nullptr) pump(shared_, 0);
@@ -137,6 +139,7 @@ void X11SyntheticKeys::pump(const std::shared_ptr<Shared>& shared, double waited
             if (!held.empty()) shared->typist.release(held);
             for (const Stroke& stroke : std::exchange(shared->waiting, {}))
                 shared->press(stroke, true);
+            if (shared->typist.hasBorrowed()) clearSparesLater(shared);
             return;
         }
         waitedSeconds += pollInterval;
