@@ -53,7 +53,6 @@ JsonUserDefaults::Version JsonUserDefaults::versionOnDisk() const {
 
 void JsonUserDefaults::read() {
     version_ = versionOnDisk();
-    values_ = Json::object();
     if (version_ == Version{}) return;
     const auto text = readFile(file_, maximumFileSize);
     Json parsed = text ? Json::parse(*text, nullptr, false) : Json();
@@ -64,7 +63,8 @@ void JsonUserDefaults::read() {
     }
 }
 
-/// Another process may have changed the file: its changes are kept, ours added to them.
+/// Another process may have changed the file: its changes are kept, ours added to them. One that cannot be read takes
+/// nothing from what is in memory.
 void JsonUserDefaults::readIfReplaced() {
     const Version current = versionOnDisk();
     if (current != version_ && current != Version{}) read();
