@@ -4,7 +4,7 @@ import os
 import pathlib
 
 from CopyTests import png
-from palette_case import PaletteCase
+from palette_case import PALETTE, PaletteCase
 from xsession import wait_for
 
 
@@ -96,6 +96,21 @@ class OwnersThatChange(HostileCase):
         self.session.type("banana")
         self.session.keys("Return")
         wait_for(lambda: typed.read_text() == "banana bread", what="the paste")
+
+
+class SelectionsThatNobodyAnswers(HostileCase):
+    def test_a_middle_click_asks_nobody(self):
+        _, terminal, typed = self.start_editor_and_terminal()
+        peer = self.own("--selection", "PRIMARY", "--offer", "UTF8_STRING=never arrives", "--do", "hang")
+        self.session.activate(terminal)
+        self.open_palette()
+        shape = self.session.run("xdotool", "search", "--onlyvisible", "--name", PALETTE, "getwindowgeometry", "--shell")
+        place = dict(line.split("=") for line in shape.decode().split())
+        self.session.click(int(place["X"]) + 120, int(place["Y"]) + 30, button=2)
+        self.session.type("banana")
+        self.session.keys("Return")
+        wait_for(lambda: typed.read_text() == "banana bread", what="the paste")
+        self.assertNotIn("hung", peer.output())
 
 
 class ConcealedCopies(HostileCase):

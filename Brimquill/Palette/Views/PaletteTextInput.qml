@@ -27,6 +27,12 @@ TextInput {
             event.accepted = true
         }
     }
+    // A middle click would paste what is selected somewhere, and wait for the program that has it: none reaches the field.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.MiddleButton
+        cursorShape: Qt.IBeamCursor
+    }
     cursorDelegate: Rectangle {
         width: 2
         color: Theme.accentInk
