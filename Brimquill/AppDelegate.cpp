@@ -141,8 +141,16 @@ void AppDelegate::applyLaunchAtLogin() {
     }
 }
 
+bool AppDelegate::isTourDue() const {
+    return environment_.showTour && !services_.defaults().boolean("onboardingShown").value_or(false);
+}
+
 void AppDelegate::applicationShouldHandleReopen() {
     log::write("reopen event (visible windows=" + std::to_string(palette_.isVisible()) + ")");
+    if (isTourDue()) {
+        environment_.showTour();
+        return;
+    }
     palette_.show();
     hud_.show("Brimquill is running in your menu bar · ⇧⌘V opens this palette", "menubar.arrow.up.rectangle");
 }

@@ -20,6 +20,7 @@
 #include <QObject>
 
 #include <optional>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,8 @@ public:
         NotificationCenter& center;
         platform::UserDefaults& screenCapture;
         std::vector<std::string> arguments;
+        /// Shows the welcome tour. Absent: there is none, and whoever opens the program again gets the palette.
+        std::function<void()> showTour = {};
     };
 
     /// Starts nothing.
@@ -65,6 +68,7 @@ private:
     void snip();
     void finishSnip(const std::optional<ClipItem>& captured);
     void applyLaunchAtLogin();
+    bool isTourDue() const;
 
     Environment environment_;
     platform::Services& services_;

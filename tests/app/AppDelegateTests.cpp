@@ -122,6 +122,20 @@ TEST_F(AppDelegateTest, OpeningItAgainShowsThePaletteAndSaysHow) {
     }
 }
 
+TEST_F(AppDelegateTest, OpenedAgainBeforeTheTourHasEndedItShowsTheTour) {
+    int tours = 0;
+    delegate = std::make_unique<AppDelegate>(
+        AppDelegate::Environment{world, store, settings, center, preferences, {"brimquill"}, [&] { ++tours; }});
+    delegate->applicationDidFinishLaunching();
+    world.instance().reopen();
+    EXPECT_EQ(tours, 1);
+    EXPECT_FALSE(isPaletteUp());
+    world.defaults().set("onboardingShown", true);
+    world.instance().reopen();
+    EXPECT_EQ(tours, 1);
+    EXPECT_TRUE(isPaletteUp());
+}
+
 TEST_F(AppDelegateTest, AClickOnTheToastOpensThePalette) {
     start();
     world.copyText("captured");
