@@ -1,7 +1,5 @@
 #include "Platform/Desktop/JsonUserDefaults.h"
-#include "Platform/Factory.h"
-#include "Platform/Headless/World.h"
-#include "tests/platform/Desktop.h"
+#include "tests/platform/ServicesFixture.h"
 
 #include <QProcess>
 #include <QWindow>
@@ -16,31 +14,8 @@
 namespace brimquill::platform {
 namespace {
 
-/// The same demands on the desktop in memory and on the real one.
-class ServicesTest : public testing::TestWithParam<bool> {
+class ServicesTest : public ServicesFixture {
 protected:
-    ServicesTest() {
-        if (GetParam()) {
-            services_ = createServices();
-        } else {
-            auto world = std::make_unique<World>();
-            world_ = world.get();
-            services_ = std::move(world);
-        }
-    }
-    bool until(const std::function<bool()>& condition) {
-        if (world_ == nullptr) return eventually(condition);
-        for (int step = 0; step < 1000 && !condition(); ++step)
-            world_->advance(0.01);
-        return condition();
-    }
-    void pressHotKey() {
-        if (world_ != nullptr) {
-            world_->hotKeys().fire(key::v, {true, true, false, false});
-        } else {
-            ASSERT_EQ(runCommand("xdotool key super+shift+v"), 0);
-        }
-    }
     void click(Point point) {
         if (world_ != nullptr) {
             world_->click(point);
@@ -50,13 +25,9 @@ protected:
                       0);
         }
     }
-
-    World* world_ = nullptr;
-    std::unique_ptr<Services> services_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Backends, ServicesTest, testing::Bool(),
-                         [](const auto& backend) { return backend.param ? "X11" : "Headless"; });
+INSTANTIATE_TEST_SUITE_P(Backends, ServicesTest, testing::Bool(), backendName);
 
 TEST_P(ServicesTest, MainQueueKeepsOrderAndTimersEndWithTheirTokens) {
     RunLoop& loop = services_->runLoop();
@@ -114,6 +85,33 @@ TEST_P(ServicesTest, QueuesRunInOrderAndComeBackToTheMainQueue) {
     queue.reset();
     EXPECT_TRUE(ended);
     EXPECT_TRUE(dropped);
+}
+
+TEST_P(ServicesTest, WorkFromOtherThreadsKeepsItsOrder) {
+    RunLoop& loop = services_->runLoop();
+    std::string order;
+    loop.global(QualityOfService::userInitiated, [&] {
+        loop.asyncAfter(0.05, [&] { order += 'd'; });
+        for (const char letter : {'a', 'b', 'c'})
+            loop.async([&order, letter] { order += letter; });
+    });
+    EXPECT_TRUE(until([&] { return order.size() == 4; }));
+    EXPECT_EQ(order, "abcd");
+    // What a piece of work puts into its queue runs after it.
+    order.clear();
+    auto queue = loop.serialQueue("com.brimquill.test");
+    std::atomic<bool> ended = false;
+    queue->async([&] {
+        order += 'a';
+        queue->async([&] { order += 'b'; });
+        queue->async([&] {
+            order += 'd';
+            ended = true;
+        });
+        order += '1';
+    });
+    EXPECT_TRUE(until([&] { return ended.load(); }));
+    EXPECT_EQ(order, "a1bd");
 }
 
 TEST_P(ServicesTest, HotKeyFiresWhileItIsHeldAndIsFreeAfterwards) {
@@ -292,30 +290,6 @@ TEST(X11Desktop, TypesAndPastesIntoTheProgramInFront) {
     terminal.kill();
     EXPECT_TRUE(eventually([&] { return terminal.state() == QProcess::NotRunning; }));
     EXPECT_TRUE(eventually([&] { return !workspace.frontmostApplication(); }));
-}
-
-TEST(UserDefaults, KeepTypesAndSetDamagedFilesAside) {
-    const auto directory = userDefaultsDirectory();
-    {
-        JsonUserDefaults defaults(directory, "suite");
-        defaults.set("boolean", true);
-        defaults.set("integer", std::int64_t{1});
-        defaults.set("strings", std::vector<std::string>{"a", "\xff"});
-        JsonUserDefaults other(directory, "suite");
-        other.set("other", std::string("kept"));
-        defaults.set("double", 1.0);
-    }
-    JsonUserDefaults defaults(directory, "suite");
-    EXPECT_EQ(defaults.boolean("boolean"), true);
-    EXPECT_EQ(defaults.integer("boolean"), std::nullopt);
-    EXPECT_EQ(defaults.integer("integer"), 1);
-    EXPECT_EQ(defaults.integer("double"), std::nullopt);
-    EXPECT_EQ(defaults.string("other"), "kept");
-    EXPECT_EQ(std::filesystem::status(directory / "suite.json").permissions(), std::filesystem::perms(0600));
-    std::ofstream(directory / "suite.json") << "{\"boolean\": tr";
-    JsonUserDefaults fresh(directory, "suite");
-    EXPECT_EQ(fresh.boolean("boolean"), std::nullopt);
-    EXPECT_TRUE(std::filesystem::exists(directory / "suite.damaged-1.json"));
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
+#include "Platform/Desktop/DesktopInstance.h"
 #include "tests/platform/Desktop.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
@@ -9,7 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <string>
+#include <string_view>
 
 namespace brimquill::platform {
 
@@ -24,6 +28,14 @@ bool eventually(const std::function<bool()>& condition) {
         QThread::msleep(1);
     }
     return true;
+}
+
+namespace {
+QByteArray busAddress;
+}  // namespace
+
+std::string privateBus() {
+    return busAddress.toStdString();
 }
 
 int runCommand(const std::string& command) {
@@ -62,6 +74,33 @@ private:
     QProcess server_, manager_;
 };
 
+/// A message bus that starts nothing by itself.
+class TestBus final {
+public:
+    bool start(const QString& folder) {
+        QFile configuration(folder + QStringLiteral("/bus.conf"));
+        if (!configuration.open(QIODevice::WriteOnly)) return false;
+        configuration.write("<busconfig><type>session</type><listen>unix:tmpdir=" + folder.toLocal8Bit() +
+                            "</listen><policy context='default'><allow send_destination='*' eavesdrop='true'/>"
+                            "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
+        configuration.close();
+        daemon_.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--config-file=") + configuration.fileName(),
+                                                      QStringLiteral("--print-address"), QStringLiteral("--nofork")});
+        while (!daemon_.canReadLine()) {
+            if (!daemon_.waitForReadyRead(30'000)) return false;
+        }
+        brimquill::platform::busAddress = daemon_.readLine().trimmed();
+        return true;
+    }
+    ~TestBus() {
+        daemon_.kill();
+        daemon_.waitForFinished(10'000);
+    }
+
+private:
+    QProcess daemon_;
+};
+
 /// Whether the window manager manages a window now. One that is taking over yet may leave a window that was made
 /// meanwhile unmapped for ever, so each attempt makes its own.
 bool managesAWindow(int milliseconds) {
@@ -86,9 +125,25 @@ bool waitForWindowManager() {
     return false;
 }
 
+/// Stands for a start of the program: tells what it came to, and stays if it is the first.
+int claim(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    brimquill::platform::DesktopInstance instance(argv[2]);
+    std::cout << "claiming" << std::endl;
+    if (!instance.claim()) {
+        std::cout << "second" << std::endl;
+        return 0;
+    }
+    int times = 0;
+    instance.setReopenHandler([&times] { std::cout << "reopened " << ++times << std::endl; });
+    std::cout << "first" << std::endl;
+    return QCoreApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 3 && std::string_view(argv[1]) == "--claim") return claim(argc, argv);
     const QTemporaryDir home;
     qputenv("HOME", home.path().toLocal8Bit());
     qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
@@ -101,6 +156,8 @@ int main(int argc, char** argv) {
     if (!display.start()) return 2;
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    TestBus bus;
     if (!waitForWindowManager()) return 3;
+    if (!bus.start(home.path())) return 4;
     return RUN_ALL_TESTS();
 }
