@@ -19,8 +19,8 @@
 
 #include <QObject>
 
-#include <optional>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
