@@ -17,8 +17,8 @@ enum class PanelRole {
     display,
 };
 
-/// A floating window that never activates this program: the application below stays the active one. A click on a keyable
-/// panel gives it the keyboard, for itself: the other panels wait for a click of their own. Main thread.
+/// A floating window that never activates this program: the application below stays the active one. A click on a
+/// keyable panel gives it the keyboard, for itself: the other panels wait for a click of their own. Main thread.
 class Panel {
 public:
     virtual ~Panel() = default;

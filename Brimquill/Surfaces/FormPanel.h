@@ -14,9 +14,9 @@
 
 namespace brimquill {
 
-/// A small form in front of the palette, built anew each time it shows. Keys come to it until it closes or until a click
-/// in another application; a click in the form brings them back. Else they are the palette's or, without one, those of
-/// the application below, which stays the active one throughout. Main thread.
+/// A small form in front of the palette, built anew each time it shows. Keys come to it until it closes or until a
+/// click in another application; a click in the form brings them back. Else they are the palette's or, without one,
+/// those of the application below, which stays the active one throughout. Main thread.
 class FormPanel final : public QObject {
     Q_OBJECT
 
