@@ -1,6 +1,6 @@
 #include "Brimquill/Palette/ClipListModel.h"
 
-#include <QUrl>
+#include "Brimquill/Palette/Thumbnails.h"
 
 #include <algorithm>
 #include <iterator>
@@ -28,13 +28,6 @@ QString bodyName(CardBody body) {
             return QStringLiteral("emoji");
     }
     return {};
-}
-
-/// What the image providers take: the name, percent-encoded as a whole.
-QString providerUrl(const char* provider, const std::string& name) {
-    if (name.empty()) return {};
-    const auto encoded = QUrl::toPercentEncoding(QString::fromStdString(name));
-    return QStringLiteral("image://%1/%2").arg(QLatin1String(provider), QString::fromLatin1(encoded));
 }
 
 }  // namespace
@@ -65,13 +58,13 @@ QVariant ClipListModel::data(const QModelIndex& index, int role) const {
         case captionRole:
             return string(card.caption);
         case imageRole:
-            return providerUrl("thumbnails", card.imagePath);
+            return imageUrl(Thumbnails::coverProvider, card.imagePath);
         case swatchFillRole:
             return string(card.swatch.fill);
         case swatchTextRole:
             return string(card.swatch.onFill);
         case iconRole:
-            return providerUrl("icons", card.sourceBundleId);
+            return imageUrl(SourceIcons::provider, card.sourceBundleId);
         case footerRole:
             return string(card.footer);
         case pinnedRole:

@@ -1,5 +1,6 @@
 #include "Brimquill/Palette/PickerModel.h"
 
+#include "Brimquill/Palette/Thumbnails.h"
 #include "BrimquillCore/Foundation/Text.h"
 
 #include <algorithm>
@@ -350,7 +351,7 @@ QVariantMap PickerModel::previewForView() {
             {QStringLiteral("onFill"), QString::fromStdString(header.color.onFill)},
             {QStringLiteral("text"), QString::fromStdString(text)},
             {QStringLiteral("footer"), QString::fromStdString(card.footer)},
-            {QStringLiteral("image"), cards_.data(cards_.index(selectedIndex_), ClipListModel::imageRole)}};
+            {QStringLiteral("image"), imageUrl(Thumbnails::wholeProvider, card.imagePath)}};
 }
 
 }  // namespace brimquill

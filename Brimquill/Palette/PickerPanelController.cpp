@@ -67,9 +67,10 @@ void PickerPanelController::prepare() {
 /// The engine owns its providers from then on.
 void PickerPanelController::addImageProviders() {
     auto& engine = environment_.views.engine();
-    if (engine.imageProvider(QStringLiteral("thumbnails")) != nullptr) return;
-    engine.addImageProvider(QStringLiteral("thumbnails"), new Thumbnails);
-    engine.addImageProvider(QStringLiteral("icons"), new SourceIcons(environment_.services.workspace()));
+    if (engine.imageProvider(QLatin1String(Thumbnails::coverProvider)) != nullptr) return;
+    engine.addImageProvider(QLatin1String(Thumbnails::coverProvider), new Thumbnails(Thumbnails::Fit::cover));
+    engine.addImageProvider(QLatin1String(Thumbnails::wholeProvider), new Thumbnails(Thumbnails::Fit::whole));
+    engine.addImageProvider(QLatin1String(SourceIcons::provider), new SourceIcons(environment_.services.workspace()));
 }
 
 void PickerPanelController::show() {

@@ -60,14 +60,22 @@ QString decoded(const QString& id) {
     return QUrl::fromPercentEncoding(id.toUtf8());
 }
 
-/// The middle of an image, at most `size`.
-QImage cropped(const QImage& image, const QSize& size) {
+/// All of an image that some formats do not let be read smaller, or its middle: at most `size`.
+QImage fitted(const QImage& image, const QSize& size, Thumbnails::Fit fit) {
     const auto kept = image.size().boundedTo(size);
     if (kept == image.size() || size.isEmpty()) return image;
+    if (fit == Thumbnails::Fit::whole) return image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     return image.copy(QRect(QPoint((image.width() - kept.width()) / 2, (image.height() - kept.height()) / 2), kept));
 }
 
 }  // namespace
+
+QString imageUrl(const char* provider, const std::string& name) {
+    if (name.empty()) return {};
+    // The name as a whole: a slash in it is no part of the address.
+    const auto encoded = QUrl::toPercentEncoding(QString::fromStdString(name));
+    return QStringLiteral("image://%1/%2").arg(QLatin1String(provider), QString::fromLatin1(encoded));
+}
 
 QImage ImageCache::image(const QString& key, const std::function<QImage()>& compute) {
     {
@@ -91,7 +99,7 @@ qsizetype ImageCache::count() {
     return images_.size();
 }
 
-Thumbnails::Thumbnails() : cache_(thumbnailBytes) {
+Thumbnails::Thumbnails(Fit fit) : fit_(fit), cache_(thumbnailBytes) {
     QImageReader::setAllocationLimit(decodedMebibytes);
     pool_.setMaxThreadCount(1);
 }
@@ -100,23 +108,24 @@ Thumbnails::~Thumbnails() {
     pool_.waitForDone();
 }
 
-QImage Thumbnails::read(const QString& path, const QSize& size) {
+QImage Thumbnails::read(const QString& path, const QSize& size, Fit fit) {
     QImageReader reader(path);
     reader.setAutoTransform(true);
     reader.setDecideFormatFromContent(true);
     const QSize whole = reader.size();
     if (whole.isValid() && !whole.isEmpty() && size.isValid() && !size.isEmpty()) {
-        const QSize scaled = whole.scaled(size, Qt::KeepAspectRatioByExpanding);
-        if (scaled.width() < whole.width()) reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
+        const QSize scaled =
+            whole.scaled(size, fit == Fit::cover ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio);
+        if (scaled.width() < whole.width() || scaled.height() < whole.height()) reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
     }
-    return onCheckerboard(cropped(reader.read(), size));
+    return onCheckerboard(fitted(reader.read(), size, fit));
 }
 
 QQuickImageResponse* Thumbnails::requestImageResponse(const QString& id, const QSize& requestedSize) {
     const auto path = decoded(id);
     const auto key = QStringLiteral("%1x%2 %3").arg(requestedSize.width()).arg(requestedSize.height()).arg(path);
     return new Response(pool_, [this, path, key, requestedSize] {
-        return cache_.image(key, [&] { return read(path, requestedSize); });
+        return cache_.image(key, [&] { return read(path, requestedSize, fit_); });
     });
 }
 

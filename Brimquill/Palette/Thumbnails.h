@@ -9,6 +9,7 @@
 #include <QThreadPool>
 
 #include <functional>
+#include <string>
 
 namespace brimquill {
 
@@ -29,27 +30,38 @@ private:
     qsizetype bytes_ = 0;
 };
 
-/// Pictures for the cards, read and scaled away from the main thread: "image://thumbnails/<percent-encoded path>". A
-/// file that is no picture, is damaged or would take too much memory gives an empty image. Keeps the last ones. Any
-/// thread.
+/// The address at which a view gets a named image of a provider; empty for an empty name.
+QString imageUrl(const char* provider, const std::string& name);
+
+/// Pictures for the cards and the preview, read and scaled away from the main thread; their names are paths. A file that
+/// is no picture, is damaged or would take too much memory gives an empty image. Keeps the last ones. Any thread.
 class Thumbnails final : public QQuickAsyncImageProvider {
 public:
-    Thumbnails();
+    /// The names of the providers: of those that cover their place, and of those that show the whole picture.
+    static constexpr const char* coverProvider = "thumbnails";
+    static constexpr const char* wholeProvider = "pictures";
+    enum class Fit { cover, whole };
+
+    explicit Thumbnails(Fit fit);
     ~Thumbnails() override;
     QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override;
 
-    /// Reads one picture, made so small that it just covers `size`, in pixels, and cut to it around its centre. It is
-    /// never made larger: where it is smaller, so is the result. Null when it cannot be read.
-    static QImage read(const QString& path, const QSize& size);
+    /// Reads one picture, made so small that it just covers `size`, in pixels, and cut to it around its centre, or so
+    /// small that all of it fits. It is never made larger: where it is smaller, so is the result. Null when it cannot be
+    /// read.
+    static QImage read(const QString& path, const QSize& size, Fit fit);
 
 private:
+    const Fit fit_;
     ImageCache cache_;
     QThreadPool pool_;
 };
 
-/// The icons of the programs that clips come from: "image://icons/<percent-encoded bundle id>".
+/// The icons of the programs that clips come from; their names are bundle ids.
 class SourceIcons final : public QQuickAsyncImageProvider {
 public:
+    static constexpr const char* provider = "icons";
+
     explicit SourceIcons(platform::Workspace& workspace);
     ~SourceIcons() override;
     QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override;

@@ -92,6 +92,7 @@ private:
         controller_.menu()->setCurrent(2);
         draw("menu", 1200);
         controller_.menu()->close();
+        model_.select(2);
         model_.setPreviewOpen(true);
         draw("preview-text", 1200);
         selectLast(ClipKind::image);

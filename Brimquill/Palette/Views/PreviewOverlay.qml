@@ -55,7 +55,8 @@ Rectangle {
             visible: (picker.preview.image ?? "") !== ""
             source: picker.preview.image ?? ""
             sourceSize { width: 640; height: 400 }
-            fillMode: Image.PreserveAspectFit
+            // A small one stays as sharp as it is.
+            fillMode: implicitWidth > width || implicitHeight > height ? Image.PreserveAspectFit : Image.Pad
             horizontalAlignment: words.visible ? Image.AlignLeft : Image.AlignHCenter
             asynchronous: true
         }
