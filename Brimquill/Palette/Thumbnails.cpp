@@ -116,7 +116,8 @@ QImage Thumbnails::read(const QString& path, const QSize& size, Fit fit) {
     if (whole.isValid() && !whole.isEmpty() && size.isValid() && !size.isEmpty()) {
         const QSize scaled =
             whole.scaled(size, fit == Fit::cover ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio);
-        if (scaled.width() < whole.width() || scaled.height() < whole.height()) reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
+        if (scaled.width() < whole.width() || scaled.height() < whole.height())
+            reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
     }
     return onCheckerboard(fitted(reader.read(), size, fit));
 }

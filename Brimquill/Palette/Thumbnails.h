@@ -33,8 +33,8 @@ private:
 /// The address at which a view gets a named image of a provider; empty for an empty name.
 QString imageUrl(const char* provider, const std::string& name);
 
-/// Pictures for the cards and the preview, read and scaled away from the main thread; their names are paths. A file that
-/// is no picture, is damaged or would take too much memory gives an empty image. Keeps the last ones. Any thread.
+/// Pictures for the cards and the preview, read and scaled away from the main thread; their names are paths. A file
+/// that is no picture, is damaged or would take too much memory gives an empty image. Keeps the last ones. Any thread.
 class Thumbnails final : public QQuickAsyncImageProvider {
 public:
     /// The names of the providers: of those that cover their place, and of those that show the whole picture.
@@ -47,8 +47,8 @@ public:
     QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override;
 
     /// Reads one picture, made so small that it just covers `size`, in pixels, and cut to it around its centre, or so
-    /// small that all of it fits. It is never made larger: where it is smaller, so is the result. Null when it cannot be
-    /// read.
+    /// small that all of it fits. It is never made larger: where it is smaller, so is the result. Null when it cannot
+    /// be read.
     static QImage read(const QString& path, const QSize& size, Fit fit);
 
 private:

@@ -45,7 +45,8 @@ TEST_F(ThumbnailsTest, CoversItsPlaceOrShowsTheWholeAndIsNeverEnlarged) {
             EXPECT_EQ(image.size(), result) << format << " " << size.width() << "x" << size.height();
             if (fit == Fit::cover || image.isNull()) continue;
             EXPECT_GT(image.pixelColor(0, image.height() / 2).red(), 200) << "the left end is missing";
-            EXPECT_GT(image.pixelColor(image.width() - 1, image.height() / 2).blue(), 200) << "the right end is missing";
+            EXPECT_GT(image.pixelColor(image.width() - 1, image.height() / 2).blue(), 200)
+                << "the right end is missing";
         }
     }
 }

@@ -130,6 +130,7 @@ private:
         draw("explorer-search", 1200);
         explorer.setExplorerSearch("nothing of that name");
         draw("explorer-no-match", 1200);
+        explorer.setExplorerOpen(false);
     }
 
     void selectLast(ClipKind kind) {

@@ -66,14 +66,20 @@ FocusScope {
             }
         }
         ListView {
-            anchors { left: parent.left; right: parent.right; top: field.bottom; bottom: parent.bottom; margins: 16; topMargin: 6; bottomMargin: 10 }
+            readonly property int rowHeight: 20
+            readonly property real room: parent.height - field.y - field.height - 16
+
+            anchors { left: parent.left; right: parent.right; top: field.bottom; margins: 16; topMargin: 6 }
+            // Whole rows only, also once it has been scrolled.
+            height: Math.floor(room / rowHeight) * rowHeight
+            snapMode: ListView.SnapToItem
             clip: true
             boundsBehavior: Flickable.StopAtBounds
             model: cheatSheet.rows
             delegate: Row {
                 required property var modelData
 
-                height: 20
+                height: ListView.view.rowHeight
 
                 Text {
                     anchors.verticalCenter: parent.verticalCenter
