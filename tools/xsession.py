@@ -246,6 +246,12 @@ class Session:
         pattern = ["--name", name] if name else ["--class", window_class]
         return [int(line) for line in self.run("xdotool", "search", "--onlyvisible", *pattern, check=False).split()]
 
+    def geometry(self, window):
+        """Where a window is on the screen and how large: x, y, width, height."""
+        words = self.run("xdotool", "getwindowgeometry", "--shell", window).decode().split()
+        values = dict(word.split("=") for word in words)
+        return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+
     def client_windows(self):
         """The ids of the windows that the window manager manages."""
         _, _, listed = self.window_property("root", "_NET_CLIENT_LIST").partition("#")

@@ -2,7 +2,6 @@
 
 import os
 import pathlib
-import re
 import unittest
 
 from palette_case import PALETTE, PaletteCase
@@ -14,13 +13,8 @@ class CardCase(PaletteCase):
         super().open_palette()
         window = self.session.windows(name=PALETTE)[0]
         # Where the cards are is known once the window is on the screen at its place.
-        shape = wait_for(lambda: self.geometry(window), what="the palette's place")
-        self.left, self.top = shape
-
-    def geometry(self, window):
-        shape = self.session.run("xdotool", "getwindowgeometry", "--shell", window).decode()
-        values = dict(re.findall(r"(\w+)=(-?\d+)", shape))
-        return (int(values["X"]), int(values["Y"])) if int(values["HEIGHT"]) >= 280 else None
+        wait_for(lambda: self.session.geometry(window)[3] >= 280, what="the palette's place")
+        self.left, self.top, _, _ = self.session.geometry(window)
 
     def card(self, index):
         """A point in the middle of a card."""

@@ -41,9 +41,7 @@ class BrowsesInTheExplorer(PaletteCase):
 
     def test_the_pointer(self):
         window = self.session.windows(name=PALETTE)[0]
-        lines = self.session.run("xdotool", "getwindowgeometry", "--shell", window).decode().split()
-        place = dict(line.split("=") for line in lines)
-        left, top = int(place["X"]), int(place["Y"])
+        left, top, _, _ = self.session.geometry(window)
         self.session.click(left + 334, top + 22)
         # The second row, below the caption.
         self.session.click(left + 420, top + 116)

@@ -2,7 +2,6 @@
 
 import json
 import random
-import re
 import unittest
 
 from hoard_case import COLUMNS, FRUIT, HoardCase
@@ -235,10 +234,7 @@ class PastesTheStack(HoardCase):
 
 class StandsWhereItShould(PaletteCase):
     def geometry(self):
-        window = self.session.windows(name=PALETTE)[0]
-        shown = self.session.run("xwininfo", "-id", window).decode()
-        return tuple(int(re.search(label + r":\s+(-?\d+)", shown)[1])
-                     for label in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return self.session.geometry(self.session.windows(name=PALETTE)[0])
 
     def paste(self, query, text):
         """Pastes what the query finds into the terminal, through the palette that is open."""

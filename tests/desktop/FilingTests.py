@@ -63,6 +63,22 @@ class FilesFromThePalette(PaletteCase):
         self.assertEqual(before, self.session.query(TAGS))
         self.paste_apple()
 
+    def test_a_click_elsewhere_takes_the_keys_from_the_form(self):
+        self.session.run("xdotool", "windowmove", "--sync", self.window, "0", "0")
+        self.open_form("ctrl+t")
+        self.session.type("kept")
+        self.session.click(20, 20)
+        self.wait_closed()
+        self.session.type("typed")
+        wait_for(lambda: self.typed.read_text() == "typed", what="the text in the terminal")
+        form, = self.session.windows(name=ORGANIZE)
+        x, y, width, _ = self.session.geometry(form)
+        self.session.click(x + width // 2, y + 30)
+        self.session.keys("Return")
+        wait_for(lambda: not self.session.windows(name=ORGANIZE), what="the form to close")
+        self.assertEqual([("kept",)], self.session.query(TAGS))
+        self.assertEqual("typed", self.typed.read_text())
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -98,11 +98,6 @@ class PartsOfTheScreenAreRead(SightCase):
         self.session.activate(self.terminal)
         wait_for(self.is_painted, what="the terminal to be painted")
 
-    def geometry(self):
-        shown = self.session.run("xdotool", "getwindowgeometry", "--shell", self.terminal).decode()
-        values = dict(line.split("=") for line in shown.split())
-        return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
-
     def is_painted(self):
         """Whether a good part of the terminal is dark: the code is there."""
         mean = self.session.run("import", "-window", self.terminal, "-colorspace", "gray", "-format", "%[fx:mean]", "info:")
@@ -165,7 +160,7 @@ class PartsOfTheScreenAreRead(SightCase):
         return self.session.run("xdotool", "search", "--onlyvisible", "--pid", self.program.pid, check=False).split()
 
     def test_a_drag_gives_the_code_and_the_words(self):
-        x, y, width, height = self.geometry()
+        x, y, width, height = self.session.geometry(self.terminal)
         self.begin_drag((x + 4, y + 4), (x + width - 8, y + height - 8))
         self.session.run("xdotool", "mouseup", "1")
         path, source = self.wait_found("marmalade sandwich", "ocr")
@@ -179,7 +174,7 @@ class PartsOfTheScreenAreRead(SightCase):
         self.assertEqual(2, self.count(), "the program's own copy is no new clip")
 
     def test_escape_during_the_drag_leaves_nothing(self):
-        x, y, _, _ = self.geometry()
+        x, y, _, _ = self.session.geometry(self.terminal)
         before = self.shown_windows()
         self.begin_drag((x + 20, y + 20), (x + 300, y + 200))
         self.session.run("xdotool", "keydown", "Escape")  # the tool looks now and then at what is down
