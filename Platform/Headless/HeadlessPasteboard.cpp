@@ -39,9 +39,7 @@ void HeadlessPasteboard::drop(int changeCount) {
 }
 
 void HeadlessPasteboard::empty() {
-    ForeignCopy nothing;
-    nothing.tellsTypes = false;
-    put(nothing, Owner::gone);
+    put({.contents = {}, .data = {}, .markers = {}, .tellsTypes = false}, Owner::gone);
 }
 
 void HeadlessPasteboard::put(ForeignCopy copy, Owner owner) {

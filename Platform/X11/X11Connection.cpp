@@ -37,7 +37,7 @@ std::vector<std::uint32_t> X11Connection::numbers(xcb_window_t window, const std
                                                   std::size_t limit) {
     const std::string bytes = property(window, atom(name), type, limit * 4);
     std::vector<std::uint32_t> numbers(bytes.size() / 4);
-    std::memcpy(numbers.data(), bytes.data(), numbers.size() * 4);
+    if (!numbers.empty()) std::memcpy(numbers.data(), bytes.data(), numbers.size() * 4);
     return numbers;
 }
 
