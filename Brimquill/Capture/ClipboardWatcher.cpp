@@ -147,7 +147,7 @@ void ClipboardWatcher::captureFiles(const std::vector<std::string>& paths, const
         return captureGifFile(paths.front(), source);
     work_.add([this, joined = text::join(paths, "\n"), source] {
         environment_.store.insert(joined, ClipKind::file, source);
-        didCapture(ClipKind::file);
+        finishCapture(ClipKind::file);
     });
 }
 
@@ -170,7 +170,7 @@ void ClipboardWatcher::captureText(const std::string& string, const Source& sour
             expiry ? "Secret copied — expires in 60s"
                    : text::prefix(text::replacingNewlines(text::trimmed(string), " "), toastTitleLength);
         showToast({{}, title, subtitle(source, " · in hoard")});
-        didCapture(ClipKind::text);
+        finishCapture(ClipKind::text);
     });
 }
 
@@ -211,17 +211,26 @@ void ClipboardWatcher::storePicture(const std::string& path, const Source& sourc
                                     bool recognizes) {
     const auto clip = environment_.store.insert("", ClipKind::image, source, path);
     showToast({path, toastTitle, subtitle(source)});
-    didCapture(ClipKind::image);
-    if (clip && recognizes && environment_.recognizeText) recognize(*clip, path);
+    const bool isRead = clip && recognizes && environment_.recognizeText;
+    finishCapture(ClipKind::image, [this, id = clip ? clip->id : 0, path, isRead] {
+        if (isRead) recognize(id, path);
+    });
 }
 
-void ClipboardWatcher::recognize(const ClipItem& clip, const std::string& path) {
+void ClipboardWatcher::recognize(std::int64_t id, const std::string& path) {
     environment_.recognizeText(path, platform::QualityOfService::utility,
-                               [self = QPointer(this), id = clip.id](const std::string& words) {
+                               [self = QPointer(this), id](const std::string& words) {
                                    if (!self || words.empty()) return;
                                    self->environment_.store.updateText(id, words);
                                    self->refreshItems();
                                });
+}
+
+void ClipboardWatcher::finishCapture(ClipKind kind, const std::function<void()>& then) {
+    work_.addNext([this, kind, then] {
+        didCapture(kind);
+        if (then) then();
+    });
 }
 
 void ClipboardWatcher::didCapture(ClipKind kind) {

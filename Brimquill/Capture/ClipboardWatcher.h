@@ -77,7 +77,9 @@ private:
     void noteSecret(int changeCount, const std::string& text, Date expiry, const std::optional<ClipItem>& stored);
     void captureImage(const Source& source);
     void storePicture(const std::string& path, const Source& source, const std::string& toastTitle, bool recognizes);
-    void recognize(const ClipItem& clip, const std::string& path);
+    void recognize(std::int64_t id, const std::string& path);
+    /// Tells of the clip just stored in a turn of its own, then runs `then`.
+    void finishCapture(ClipKind kind, const std::function<void()>& then = nullptr);
     void didCapture(ClipKind kind);
     void refreshItems();
     std::string newPicturePath(const char* extension) const;

@@ -6,23 +6,18 @@ namespace brimquill {
 
 void OrderedWork::add(Prepare prepare, Finish finish) {
     pieces_.push_back({std::move(prepare), std::move(finish)});
-    if (!isPreparing_) runNext();
+    if (!isBusy_) runNext();
 }
 
 void OrderedWork::runNext() {
-    while (!pieces_.empty() && !isPreparing_) {
-        if (pieces_.front().prepare) {
-            prepareFront();
-        } else {
-            const Finish finish = std::move(pieces_.front().finish);
-            pieces_.pop_front();
-            finish();
-        }
-    }
+    isBusy_ = true;
+    if (pieces_.front().prepare)
+        prepareFront();
+    else
+        finishFront(true);
 }
 
 void OrderedWork::prepareFront() {
-    isPreparing_ = true;
     const std::uint64_t piece = ++current_;
     limit_ = runLoop_.after(preparationLimit, [this, piece] { prepared(piece, false); });
     runLoop_.global(platform::QualityOfService::userInitiated,
@@ -36,14 +31,27 @@ void OrderedWork::prepareFront() {
 }
 
 void OrderedWork::prepared(std::uint64_t piece, bool succeeded) {
-    if (!isPreparing_ || piece != current_) return;
-    isPreparing_ = false;
-    const Finish finish = std::move(pieces_.front().finish);
-    pieces_.pop_front();
+    if (piece != current_) return;
+    ++current_;
     // The token goes last: this may run from the timer itself, whose closure holds `piece`.
     const platform::Token limit = std::move(limit_);
+    finishFront(succeeded);
+}
+
+void OrderedWork::finishFront(bool succeeded) {
+    const Finish finish = std::move(pieces_.front().finish);
+    pieces_.pop_front();
+    runNextInAnotherTurn();
     if (succeeded) finish();
-    runNext();
+}
+
+void OrderedWork::runNextInAnotherTurn() {
+    runLoop_.async([weak = std::weak_ptr<OrderedWork*>(self_)] {
+        const auto self = weak.lock();
+        if (!self) return;
+        (*self)->isBusy_ = false;
+        if (!(*self)->pieces_.empty()) (*self)->runNext();
+    });
 }
 
 }  // namespace brimquill

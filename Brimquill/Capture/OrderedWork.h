@@ -10,7 +10,8 @@
 namespace brimquill {
 
 /// Finishes pieces of work on the main thread in the order in which they were added, though some must be prepared away
-/// from it first. Main thread.
+/// from it first. No two are finished in the same turn of the run loop, so that keys are answered in between. Main
+/// thread.
 class OrderedWork final {
 public:
     /// A preparation that takes longer than this, in seconds, is given up: reading a file may take for ever.
@@ -22,10 +23,12 @@ public:
 
     explicit OrderedWork(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
 
-    /// Runs `finish` now, or when all that was added before is done.
+    /// Runs `finish` now, or in a turn of its own when all that was added before is done.
     void add(Finish finish) { add(nullptr, std::move(finish)); }
     /// Runs `prepare` when all that was added before is done, then, if it answers true, `finish`.
     void add(Prepare prepare, Finish finish);
+    /// For a piece that is being finished: runs `rest` in the next turn, before all that waits.
+    void addNext(Finish rest) { pieces_.push_front({nullptr, std::move(rest)}); }
 
 private:
     struct Piece {
@@ -35,13 +38,16 @@ private:
     void runNext();
     void prepareFront();
     void prepared(std::uint64_t piece, bool succeeded);
+    void finishFront(bool succeeded);
+    void runNextInAnotherTurn();
 
     platform::RunLoop& runLoop_;
     std::deque<Piece> pieces_;
     platform::Token limit_;
     /// Counts preparations, so that the result of one that was given up is told from that of the next.
     std::uint64_t current_ = 0;
-    bool isPreparing_ = false;
+    /// While a piece is prepared, or the next one waits for its turn.
+    bool isBusy_ = false;
     /// Gone with this object; a result that comes later finds nobody.
     std::shared_ptr<OrderedWork*> self_ = std::make_shared<OrderedWork*>(this);
 };

@@ -256,6 +256,22 @@ TEST(OrderedWork, FinishesInOrderWhatIsPreparedElsewhere) {
     EXPECT_THAT(done, testing::ElementsAre(0, 1, 2, 4));
 }
 
+TEST(OrderedWork, LetsTheRunLoopTurnBetweenPieces) {
+    platform::World world;
+    std::vector<int> done;
+    OrderedWork work(world.runLoop());
+    const auto note = [&](int number) { return [&done, number] { done.push_back(number); }; };
+    work.add([&] {
+        done.push_back(0);
+        work.addNext(note(1));
+    });
+    work.add(note(2));
+    world.runLoop().async(note(10));
+    EXPECT_THAT(done, testing::ElementsAre(0));
+    world.run();
+    EXPECT_THAT(done, testing::ElementsAre(0, 1, 10, 2));
+}
+
 TEST_F(ClipboardWatcherTest, FindsPicturesByTheirWordsWithoutToasts) {
     settings.setShowCaptureToasts(false);
     world.copy(copyOf({.png = picture("PNG")}));
