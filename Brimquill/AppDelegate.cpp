@@ -56,7 +56,7 @@ AppDelegate::AppDelegate(Environment environment)
                     ocr_.recognizeText(path, qos, std::move(completion));
                 },
                 environment_.center, services_.pasteboard(), services_.workspace(), services_.eventMonitors(),
-                services_.runLoop()}),
+                services_.runLoop(), environment_.firstItems}),
       secureInput_(services_.secureInput(), services_.runLoop()),
       screenshots_({store_, settings_, toast_, ocr_, environment_.screenCapture, services_.folderWatcher(),
                     services_.runLoop(), services_.screenCapture()}),

@@ -43,6 +43,8 @@ public:
         std::vector<std::string> arguments;
         /// Shows the welcome tour. Absent: there is none, and whoever opens the program again gets the palette.
         std::function<void()> showTour = {};
+        /// As `ClipboardWatcher` takes it.
+        std::shared_future<std::vector<ClipItem>> firstItems = {};
     };
 
     /// Starts nothing.

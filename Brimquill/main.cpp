@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <future>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -71,6 +72,9 @@ void handleMessage(QtMsgType type, const QMessageLogContext& context, const QStr
 int runApplication(int argc, char** argv, int signals, ClipStore& store, AppSettings& settings,
                    platform::Services*& services) {
     setenv("QT_QUICK_BACKEND", "software", 0);
+    // With many clips this takes a good part of the start: it is done while the toolkit starts.
+    const auto firstItems =
+        std::async(std::launch::async, [&store] { return ClipboardWatcher::allItems(store); }).share();
     QApplication application(argc, argv);
     // Panels come and go; the program stays.
     QApplication::setQuitOnLastWindowClosed(false);
@@ -81,7 +85,8 @@ int runApplication(int argc, char** argv, int signals, ClipStore& store, AppSett
     if (owned->instance().claim()) {
         settings.setLaunchAtLogin(owned->loginItem().isEnabled());
         AppDelegate delegate({*owned, store, settings, NotificationCenter::defaultCenter(),
-                              AppDefaults::screenCapture(), std::vector<std::string>(argv, argv + argc)});
+                              AppDefaults::screenCapture(), std::vector<std::string>(argv, argv + argc), nullptr,
+                              firstItems});
         QSocketNotifier ending(signals, QSocketNotifier::Read);
         QObject::connect(&ending, &QSocketNotifier::activated, &application, &QApplication::quit);
         delegate.applicationDidFinishLaunching();

@@ -53,8 +53,13 @@ ClipboardWatcher::ClipboardWatcher(Environment environment)
       work_(environment_.runLoop),
       lastChangeCount_(environment_.pasteboard.changeCount()) {}
 
+std::vector<ClipItem> ClipboardWatcher::allItems(ClipStore& store) {
+    return store.search("", itemLimit);
+}
+
 void ClipboardWatcher::start() {
-    reload("");
+    items_ = environment_.firstItems.valid() ? environment_.firstItems.get() : allItems(environment_.store);
+    Q_EMIT itemsChanged();
     capturedToday_ = environment_.store.capturedTodayCount();
     Q_EMIT capturedTodayChanged();
     copyKeyMonitor_ = environment_.eventMonitors.addGlobalMonitor(

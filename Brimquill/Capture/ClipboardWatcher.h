@@ -14,6 +14,7 @@
 #include <QObject>
 
 #include <functional>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -43,7 +44,11 @@ public:
         platform::Workspace& workspace;
         platform::EventMonitors& eventMonitors;
         platform::RunLoop& runLoop;
+        /// The first list, when somebody reads it already; none: `start` reads it.
+        std::shared_future<std::vector<ClipItem>> firstItems = {};
     };
+    /// The list that answers the empty query. Any thread.
+    static std::vector<ClipItem> allItems(ClipStore& store);
 
     /// What lies on the pasteboard now is never captured.
     explicit ClipboardWatcher(Environment environment);

@@ -70,6 +70,19 @@ protected:
          center, world.pasteboard(), world.workspace(), world.eventMonitors(), world.runLoop()}};
 };
 
+TEST_F(AppFixture, TheFirstListMayBeReadBeforeTheStart) {
+    store.insert("stored before", ClipKind::text);
+    const auto read = std::async(std::launch::async, [this] { return ClipboardWatcher::allItems(store); }).share();
+    read.wait();
+    store.insert("stored meanwhile", ClipKind::text);
+    ClipboardWatcher watcher({store, settings, pasteService, toast, nullptr, center, world.pasteboard(),
+                              world.workspace(), world.eventMonitors(), world.runLoop(), read});
+    watcher.start();
+    ASSERT_EQ(watcher.items().size(), 1U);
+    watcher.reload("");
+    EXPECT_EQ(watcher.items().size(), 2U);
+}
+
 TEST_F(ClipboardWatcherTest, StoresTextAsItIsAndShowsItTrimmed) {
     std::map<std::string, std::string> info;
     const auto observation = center.observe(TourEvents::didCapture, &watcher,
