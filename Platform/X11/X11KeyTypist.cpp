@@ -24,6 +24,10 @@ xcb_keysym_t keysymOf(std::uint32_t character) {
     return character < ' ' || character == 0x7f ? xcb_keysym_t{XKB_KEY_NoSymbol} : xkb_utf32_to_keysym(character);
 }
 
+double secondsUntil(std::chrono::steady_clock::time_point time) {
+    return std::max(0.0, std::chrono::duration<double>(time - std::chrono::steady_clock::now()).count());
+}
+
 }  // namespace
 
 X11KeyTypist::X11KeyTypist(X11InjectedKeys& injected) : injected_(injected) {
@@ -126,19 +130,28 @@ void X11KeyTypist::release(const std::vector<xcb_keycode_t>& keycodes) {
 }
 
 /// Programs look for the key of a shortcut in all groups of the layout.
-std::optional<xcb_keycode_t> X11KeyTypist::keycodeFor(xcb_keysym_t keysym) {
-    for (const auto* source : {&keys_, &otherKeys_}) {
+std::optional<xcb_keycode_t> X11KeyTypist::keycodeFor(xcb_keysym_t keysym) const {
+    for (const auto* source : {&keys_, &otherKeys_, &borrowed_}) {
         if (const auto found = source->find(keysym); found != source->end()) return found->second.keycode;
     }
-    prepare({keysym}, 0);
-    const auto found = borrowed_.find(keysym);
-    if (found == borrowed_.end()) return std::nullopt;
-    lastTyped_ = std::chrono::steady_clock::now();
-    return found->second.keycode;
+    return std::nullopt;
+}
+
+double X11KeyTypist::makeReady(xcb_keysym_t keysym) {
+    readMapping();
+    const auto now = std::chrono::steady_clock::now();
+    if (!keycodeFor(keysym)) {
+        const bool isFull = nextSpare_ >= spares_.size();
+        // Keys that were borrowed for what came before may not have been looked up yet.
+        if (isFull && now < lastTyped_ + settleTime * 2) return secondsUntil(lastTyped_ + settleTime * 2);
+        if (isFull) borrowAnew();
+        borrow(keysym);
+        connection_.sync();
+    }
+    return borrowed_.contains(keysym) ? secondsUntil(lastBorrowed_ + settleTime) : 0;
 }
 
 bool X11KeyTypist::press(xcb_keysym_t keysym, const std::vector<xcb_keysym_t>& modifiers) {
-    readMapping();
     std::vector<xcb_keycode_t> around;
     for (const xcb_keysym_t modifier : modifiers) {
         const auto found = keys_.find(modifier);
@@ -154,6 +167,7 @@ bool X11KeyTypist::press(xcb_keysym_t keysym, const std::vector<xcb_keysym_t>& m
     for (auto keycode = around.rbegin(); keycode != around.rend(); ++keycode)
         fake(XCB_KEY_RELEASE, *keycode);
     connection_.sync();
+    if (borrowed_.contains(keysym)) lastTyped_ = std::chrono::steady_clock::now();
     return true;
 }
 
@@ -198,8 +212,7 @@ std::size_t X11KeyTypist::prepare(const std::vector<xcb_keysym_t>& keysyms, std:
     // Keys that were borrowed for what came before may not have been looked up yet.
     if (nextSpare_ + missing.size() > spares_.size()) {
         std::this_thread::sleep_until(lastTyped_ + settleTime * 2);
-        borrowed_.clear();
-        nextSpare_ = 0;
+        borrowAnew();
         return prepare(keysyms, from);
     }
     for (const xcb_keysym_t keysym : missing)
@@ -214,6 +227,12 @@ void X11KeyTypist::borrow(xcb_keysym_t keysym) {
     const xcb_keycode_t keycode = spares_[nextSpare_++];
     map(keycode, keysym);
     borrowed_[keysym] = {keycode, false};
+    lastBorrowed_ = std::chrono::steady_clock::now();
+}
+
+void X11KeyTypist::borrowAnew() {
+    borrowed_.clear();
+    nextSpare_ = 0;
 }
 
 void X11KeyTypist::map(xcb_keycode_t keycode, xcb_keysym_t keysym) {
@@ -237,8 +256,7 @@ bool X11KeyTypist::clearSpares() {
     if (std::chrono::steady_clock::now() < lastTyped_ + keptTime) return false;
     for (const xcb_keycode_t keycode : spares_)
         map(keycode, XKB_KEY_NoSymbol);
-    borrowed_.clear();
-    nextSpare_ = 0;
+    borrowAnew();
     connection_.sync();
     return true;
 }

@@ -29,8 +29,10 @@ public:
     void release(const std::vector<xcb_keycode_t>& keycodes);
     /// Whether any key at all is down.
     bool isAnyKeyHeld();
-    /// Presses a key with modifiers around it, all by their symbols; false when the keyboard lacks a modifier. A key
-    /// that no group of the layout has is borrowed as for typing, with the same wait.
+    /// Sees to it that the keyboard has a key; one that no group of the layout has is borrowed as for typing. How many
+    /// seconds from now it can be pressed; until it says 0, ask again.
+    double makeReady(xcb_keysym_t keysym);
+    /// Presses a key that is ready, with modifiers around it, all by their symbols; false when the keyboard lacks one.
     bool press(xcb_keysym_t keysym, const std::vector<xcb_keysym_t>& modifiers);
     /// Types UTF-32. Blocks some 50 ms for each batch of characters that the keyboard lacks.
     void type(const std::vector<std::uint32_t>& characters);
@@ -44,9 +46,11 @@ private:
         bool needsShift = false;
     };
     void readMapping();
-    std::optional<xcb_keycode_t> keycodeFor(xcb_keysym_t keysym);
+    std::optional<xcb_keycode_t> keycodeFor(xcb_keysym_t keysym) const;
     std::size_t prepare(const std::vector<xcb_keysym_t>& keysyms, std::size_t from);
     void borrow(xcb_keysym_t keysym);
+    /// The spare keys are given away from the first one on.
+    void borrowAnew();
     void map(xcb_keycode_t keycode, xcb_keysym_t keysym);
     void tap(xcb_keysym_t keysym, Key key, bool capsLock);
     void fake(std::uint8_t type, xcb_keycode_t keycode);
@@ -59,7 +63,7 @@ private:
     std::map<xcb_keysym_t, Key> keys_, otherKeys_, borrowed_;
     std::vector<xcb_keycode_t> spares_;
     std::size_t nextSpare_ = 0;
-    std::chrono::steady_clock::time_point lastTyped_;
+    std::chrono::steady_clock::time_point lastTyped_, lastBorrowed_;
 };
 
 }  // namespace brimquill::platform

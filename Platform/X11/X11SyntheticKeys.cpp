@@ -24,6 +24,13 @@ struct Stroke {
     bool isPaste() const { return keyCode == key::v && modifiers == Modifiers{true, false, false, false}; }
 };
 
+/// What is pressed for a stroke, by symbols.
+struct Chord {
+    xcb_keysym_t keysym = XKB_KEY_NoSymbol;
+    std::vector<xcb_keysym_t> modifiers;
+    bool pastesPrimary = false;
+};
+
 PasteKeys pasteKeysOf(const std::optional<X11Frontmost>& front) {
     if (!front) return PasteKeys::controlV;
     const X11Application* known = knownApplication(front->windowClass);
@@ -65,18 +72,35 @@ struct X11SyntheticKeys::Shared {
     Shared(X11InjectedKeys& injected, RunLoop& loop, std::function<void()> primary)
         : runLoop(loop), offerPrimary(std::move(primary)), typist(injected) {}
 
-    bool press(const Stroke& stroke, bool isMainThread) {
-        if (!stroke.isPaste()) return typist.press(x11_modifiers::keysym(stroke.keyCode), sentKeys(stroke.modifiers));
+    Chord chordOf(const Stroke& stroke) {
+        if (!stroke.isPaste()) return {x11_modifiers::keysym(stroke.keyCode), sentKeys(stroke.modifiers)};
         switch (pasteKeysOf(x11Frontmost(typist.connection()))) {
             case PasteKeys::controlV:
                 break;
             case PasteKeys::controlShiftV:
-                return typist.press(XKB_KEY_v, {XKB_KEY_Control_L, XKB_KEY_Shift_L});
+                return {XKB_KEY_v, {XKB_KEY_Control_L, XKB_KEY_Shift_L}};
             case PasteKeys::shiftInsert:
-                if (isMainThread && offerPrimary) offerPrimary();
-                return typist.press(XKB_KEY_Insert, {XKB_KEY_Shift_L});
+                return {XKB_KEY_Insert, {XKB_KEY_Shift_L}, true};
         }
-        return typist.press(XKB_KEY_v, {XKB_KEY_Control_L});
+        return {XKB_KEY_v, {XKB_KEY_Control_L}};
+    }
+    /// Off the main thread: when the key is ready.
+    bool pressInTime(const Stroke& stroke) {
+        const Chord chord = chordOf(stroke);
+        for (double wait = typist.makeReady(chord.keysym); wait > 0; wait = typist.makeReady(chord.keysym))
+            std::this_thread::sleep_for(std::chrono::duration<double>(wait));
+        return typist.press(chord.keysym, chord.modifiers);
+    }
+    /// On the main thread: presses what waits as far as it is ready; in how many seconds the next one is, 0 for none.
+    double pressWaiting() {
+        while (!waiting.empty()) {
+            const Chord chord = chordOf(waiting.front());
+            if (const double wait = typist.makeReady(chord.keysym); wait > 0) return wait;
+            waiting.pop_front();
+            if (chord.pastesPrimary && offerPrimary) offerPrimary();
+            typist.press(chord.keysym, chord.modifiers);
+        }
+        return 0;
     }
     /// Off the main thread: until the user holds no modifier.
     void awaitRelease() {
@@ -116,7 +140,7 @@ bool X11SyntheticKeys::post(int keyCode, Modifiers modifiers) {
     if (std::this_thread::get_id() != mainThread_) {
         const std::lock_guard lock(shared_->mutex);
         shared_->awaitRelease();
-        const bool pressed = shared_->press(stroke, false);
+        const bool pressed = shared_->pressInTime(stroke);
         if (shared_->typist.hasBorrowed()) clearSparesLater(shared_);
         return pressed;
     }
@@ -125,9 +149,11 @@ bool X11SyntheticKeys::post(int keyCode, Modifiers modifiers) {
     return true;
 }
 
-/// Presses what waits, or comes back in a moment: somebody types, or the user still holds a modifier.
+/// Presses what waits, or comes back in a moment: somebody types, the user still holds a modifier, or a key was
+/// borrowed.
 void X11SyntheticKeys::pump(const std::shared_ptr<Shared>& shared, double waitedSeconds) {
     shared->timer.reset();
+    double pause = pollInterval;
     const std::unique_lock lock(shared->mutex, std::try_to_lock);
     if (lock.owns_lock()) {
         const auto held = shared->typist.heldModifiers();
@@ -137,14 +163,15 @@ void X11SyntheticKeys::pump(const std::shared_ptr<Shared>& shared, double waited
         const bool waitsForKeys = isPasteInTime && shared->typist.isAnyKeyHeld();
         if (!waitsForKeys && (held.empty() || waitedSeconds >= longestWait)) {
             if (!held.empty()) shared->typist.release(held);
-            for (const Stroke& stroke : std::exchange(shared->waiting, {}))
-                shared->press(stroke, true);
-            if (shared->typist.hasBorrowed()) clearSparesLater(shared);
-            return;
+            pause = shared->pressWaiting();
+            if (pause == 0) {
+                if (shared->typist.hasBorrowed()) clearSparesLater(shared);
+                return;
+            }
         }
-        waitedSeconds += pollInterval;
+        waitedSeconds += pause;
     }
-    shared->timer = shared->runLoop.after(pollInterval, [weak = std::weak_ptr(shared), waitedSeconds] {
+    shared->timer = shared->runLoop.after(pause, [weak = std::weak_ptr(shared), waitedSeconds] {
         if (const auto later = weak.lock()) pump(later, waitedSeconds);
     });
 }
