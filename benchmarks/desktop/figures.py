@@ -170,8 +170,7 @@ class Figures:
     def hold_arrow(self):
         """As a keyboard repeats it, through pictures of the size of a screen."""
         self.add_pictures()
-        path = self.session.folder / "busy-times"
-        self.start_program({"LD_PRELOAD": str(self.build / "benchmarks" / "libbusy_times.so"), "BUSY_TIMES": str(path)})
+        self.start_watched()
         time.sleep(2)
         walls, processor = [], []
         for _ in range(ROUNDS):
@@ -183,8 +182,7 @@ class Figures:
             self.session.run("xdotool", "key", "--delay", "33", *["Right"] * PICTURES)
             time.sleep(0.3)
             end = time.monotonic() * 1000
-            turns = [tuple(map(float, line.split())) for line in path.read_text().splitlines()]
-            within = [turn for turn in turns if start <= turn[0] <= end]
+            within = self.turns(start, end)
             walls.append(max(turn[1] for turn in within))
             processor.append(max(turn[2] for turn in within))
             self.session.keys("ctrl+m", "Escape")
@@ -192,6 +190,17 @@ class Figures:
         self.tell(f"longest turn of the main thread with → held through {PICTURES} pictures", walls, "ms",
                   f"of the processor {statistics.median(processor):.1f} ms (max {max(processor):.1f}); first time {walls[0]:.1f} ms")
         self.stop_program()
+
+    def start_watched(self):
+        """Starts the program so that `turns` tells of its main thread."""
+        self.busy_times = self.session.folder / "busy-times"
+        self.start_program({"LD_PRELOAD": str(self.build / "benchmarks" / "libbusy_times.so"), "BUSY_TIMES": str(self.busy_times)})
+
+    def turns(self, start, end):
+        """What the main thread did between two times (milliseconds of the monotonic clock) from one wait to the next: when it
+        ended, how long that took, and how much of it the processor worked."""
+        lines = (tuple(map(float, line.split())) for line in self.busy_times.read_text().splitlines())
+        return [turn for turn in lines if start <= turn[0] <= end]
 
     def add_pictures(self):
         folder = self.session.database.parent / "pictures"
@@ -304,8 +313,8 @@ class Figures:
         return statistics.median(times)
 
     def burst(self):
-        self.start_program()
-        before = self.burst_count()
+        self.start_watched()
+        before, start = self.burst_count(), time.monotonic() * 1000
         peer = self.session.start(self.binaries / "selection_peer", "own", "--changes", "500", "--every", "50")
         try:
             wait_for(lambda: peer.output().count("owned") >= 500, 120, "500 copies to be made")
@@ -315,6 +324,9 @@ class Figures:
         peer.stop()
         self.session.programs.remove(peer)
         self.tell("of 500 copies 50 ms apart, kept", [self.burst_count() - before], "")
+        walls = sorted(turn[1] for turn in self.turns(start, time.monotonic() * 1000))
+        self.tell("longest turn of the main thread meanwhile", [walls[-1]], "ms",
+                  f"of {len(walls)} the tenth longest {walls[-10]:.1f}, the median {statistics.median(walls):.1f}")
         self.stop_program()
 
     def burst_count(self):
