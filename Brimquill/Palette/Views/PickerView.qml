@@ -49,7 +49,6 @@ PanelSurface {
                 bottom: parent.bottom
                 leftMargin: Theme.panelPadding
                 rightMargin: Theme.panelPadding
-                bottomMargin: 3
             }
         }
         Loader {
