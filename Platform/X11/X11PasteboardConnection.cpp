@@ -36,6 +36,8 @@ X11PasteboardConnection::X11PasteboardConnection(X11PasteboardOptions options) :
 }
 
 X11PasteboardConnection::~X11PasteboardConnection() {
+    // An answer that is kept back would leave whoever asked waiting for ever.
+    xcb_flush(xcb_);
     xcb_disconnect(xcb_);
 }
 

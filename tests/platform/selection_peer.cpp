@@ -79,7 +79,11 @@ public:
         xcb_create_window(xcb_, XCB_COPY_FROM_PARENT, window_, root, -10, -10, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                           XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
     }
-    ~Display() { xcb_disconnect(xcb_); }
+    ~Display() {
+        // Who asked just before waits for the answer for ever if it goes with us.
+        finishRequests();
+        xcb_disconnect(xcb_);
+    }
     Display(const Display&) = delete;
     Display& operator=(const Display&) = delete;
 

@@ -255,7 +255,6 @@ Item {
                 lineHeight: 15
                 font.pixelSize: Theme.bodySize
                 color: Theme.primaryText
-                horizontalAlignment: Text.AlignLeft
             }
         }
     }
