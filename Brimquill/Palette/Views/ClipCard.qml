@@ -62,60 +62,17 @@ Item {
         color: Theme.cardBody
     }
 
-    Loader {
+    ClipCardBody {
         anchors {
             fill: parent
             topMargin: Theme.cardHeaderHeight
             bottomMargin: Theme.cardFooterHeight
         }
-        sourceComponent: card.body === "image" ? picture
-                         : card.body === "color" ? swatch
-                         : card.body === "emoji" ? emoji
-                         : card.body === "files" || card.body === "missingFile" ? files
-                         : words
+        card: card
     }
-
-    // The header: round above, straight below.
-    Item {
-        width: parent.width
-        height: Theme.cardHeaderHeight
-        clip: true
-
-        Rectangle {
-            width: parent.width
-            height: parent.height + Theme.cardRadius
-            radius: Theme.cardRadius
-            color: card.headerFill
-        }
-        Text {
-            anchors { left: parent.left; leftMargin: Theme.gap; right: time.left; rightMargin: Theme.smallGap; verticalCenter: parent.verticalCenter }
-            text: card.title
-            textFormat: Text.PlainText
-            elide: Text.ElideRight
-            maximumLineCount: 1
-            font.pixelSize: Theme.titleSize
-            font.weight: Font.DemiBold
-            color: card.headerText
-        }
-        Text {
-            id: time
-
-            anchors { right: icon.visible ? icon.left : parent.right; rightMargin: icon.visible ? 5 : Theme.gap; verticalCenter: parent.verticalCenter }
-            text: card.age
-            font.pixelSize: Theme.bodySize
-            color: card.headerText
-        }
-        Image {
-            id: icon
-
-            anchors { right: parent.right; rightMargin: 5; verticalCenter: parent.verticalCenter }
-            width: 18
-            height: 18
-            visible: implicitWidth > 1
-            source: card.iconSource
-            sourceSize { width: 18; height: 18 }
-            asynchronous: true
-        }
+    ClipCardHeader {
+        anchors { left: parent.left; right: parent.right }
+        card: card
     }
 
     // The footer
@@ -238,126 +195,5 @@ Item {
         // The event's own point does not know the modifiers, the handler's does.
         onSingleTapped: panel.cardClicked(card.index, tap.point.modifiers)
         onDoubleTapped: panel.cardDoubleClicked(card.index)
-    }
-
-    Component {
-        id: words
-
-        Item {
-            Text {
-                anchors { fill: parent; margins: Theme.gap; topMargin: 7; bottomMargin: 0 }
-                text: card.bodyText
-                textFormat: Text.PlainText
-                wrapMode: Text.Wrap
-                elide: Text.ElideRight
-                maximumLineCount: Math.floor(height / 15)
-                lineHeightMode: Text.FixedHeight
-                lineHeight: 15
-                font.pixelSize: Theme.bodySize
-                color: Theme.primaryText
-            }
-        }
-    }
-    Component {
-        id: picture
-
-        Item {
-            clip: true
-
-            Symbol {
-                anchors.centerIn: parent
-                size: 28
-                name: "photo"
-                color: Theme.secondaryText
-                // A file that is no picture any more is read all the same, to nothing.
-                visible: image.status !== Image.Ready || image.implicitWidth <= 1
-            }
-            Image {
-                id: image
-
-                anchors.fill: parent
-                source: card.imageSource
-                sourceSize { width: Theme.cardWidth; height: Theme.cardHeight - Theme.cardHeaderHeight - Theme.cardFooterHeight }
-                // Cropped to its place when it was read; what is smaller stays as sharp as it is.
-                fillMode: Image.Pad
-                asynchronous: true
-                Accessible.ignored: true
-            }
-        }
-    }
-    Component {
-        id: swatch
-
-        Rectangle {
-            color: card.swatchFill
-
-            Text {
-                anchors.centerIn: parent
-                text: card.bodyText
-                font.family: "Noto Sans Mono"
-                font.pixelSize: Theme.fieldSize
-                font.weight: Font.DemiBold
-                color: card.swatchText
-            }
-        }
-    }
-    Component {
-        id: emoji
-
-        Item {
-            Text {
-                id: character
-
-                anchors { horizontalCenter: parent.horizontalCenter; top: parent.top; topMargin: 14 }
-                text: card.bodyText
-                font.pixelSize: 64
-                height: 84
-                verticalAlignment: Text.AlignVCenter
-            }
-            Text {
-                anchors { left: parent.left; right: parent.right; margins: Theme.gap; bottom: parent.bottom; bottomMargin: 6 }
-                text: card.caption
-                elide: Text.ElideRight
-                horizontalAlignment: Text.AlignHCenter
-                font.pixelSize: Theme.bodySize
-                color: Theme.secondaryText
-            }
-        }
-    }
-    Component {
-        id: files
-
-        Item {
-            Symbol {
-                id: document
-
-                anchors { horizontalCenter: parent.horizontalCenter; top: parent.top; topMargin: 18 }
-                size: 40
-                name: card.body === "files" ? "doc.fill" : "questionmark.folder"
-                color: card.headerFill
-            }
-            Text {
-                anchors { left: parent.left; right: parent.right; top: document.bottom; margins: Theme.gap }
-                text: card.bodyText
-                textFormat: Text.PlainText
-                wrapMode: Text.Wrap
-                elide: Text.ElideRight
-                maximumLineCount: 2
-                lineHeightMode: Text.FixedHeight
-                lineHeight: 15
-                horizontalAlignment: Text.AlignHCenter
-                font.pixelSize: Theme.bodySize
-                color: Theme.primaryText
-            }
-            Text {
-                anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: Theme.gap; bottomMargin: 2 }
-                text: card.caption
-                textFormat: Text.PlainText
-                elide: Text.ElideMiddle
-                horizontalAlignment: Text.AlignHCenter
-                font.pixelSize: Theme.hintSize
-                color: Theme.secondaryText
-            }
-        }
     }
 }
