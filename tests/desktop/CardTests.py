@@ -138,18 +138,30 @@ class TellsAScreenReader(PaletteCase):
 
     environment = {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
 
-    def test_the_focused_card(self):
+    def test_the_focused_card_and_the_number_of_results(self):
         reader = self.session.start("/usr/bin/python3", "-u", pathlib.Path(__file__).parent / "screen_reader.py")
         wait_for(lambda: "listening" in reader.output(), what="the reader")
         editor = self.start_editor("mousepad", "[Mm]ousepad")
 
-        def hears(*parts):
-            wait_for(lambda: any(all(part in line for part in parts) for line in reader.output().splitlines()),
+        def hears(after, *parts):
+            wait_for(lambda: any(all(part in line for part in parts) for line in reader.output().splitlines()[after:]),
                      what=f"{parts} in {reader.output()} {reader.error_lines()}")
+
+        def heard():
+            return len(reader.output().splitlines())
         self.open_palette()
-        hears("focused", "Text, cherry 🍒 pie", "list item")
+        hears(0, "focused", "Text, cherry 🍒 pie", "list item", "'1 of 3'")
         self.session.keys("Right")
-        hears("focused", "Text, banana bread")
+        hears(0, "focused", "Text, banana bread", "'2 of 3'")
+        for typed, number in (("apple", "'1 clip'"), (" pie", "'No matches for “apple pie”'"), (None, "'3 clips'")):
+            with self.subTest(number):
+                before = heard()
+                if typed:
+                    self.session.type(typed)
+                else:
+                    self.session.keys("Escape")
+                hears(before, "named", number, "status bar")
+        hears(0, "focused", "Text, an apple a day", "'1 of 1'")
         self.assertEqual(editor, self.session.active_window())
         self.session.keys("Escape")
         self.wait_closed()

@@ -12,10 +12,11 @@ def call(bus, name, path, interface, method, arguments=None):
 
 
 def describe(bus, sender, path):
-    """The name of an accessible thing and the name of its role."""
-    name = call(bus, sender, path, "org.freedesktop.DBus.Properties", "Get", GLib.Variant("(ss)", (ACCESSIBLE, "Name")))
-    role = call(bus, sender, path, ACCESSIBLE, "GetRoleName")
-    return f"{name.unpack()[0]!r} {role.unpack()[0]!r}"
+    """The name of an accessible thing, the name of its role and its description."""
+    name, description = (call(bus, sender, path, "org.freedesktop.DBus.Properties", "Get",
+                              GLib.Variant("(ss)", (ACCESSIBLE, what))).unpack()[0] for what in ("Name", "Description"))
+    role = call(bus, sender, path, ACCESSIBLE, "GetRoleName").unpack()[0]
+    return f"{name!r} {role!r} {description!r}"
 
 
 def hear(bus, sender, path, _interface, signal, arguments):

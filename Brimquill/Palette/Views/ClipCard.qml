@@ -33,6 +33,7 @@ Item {
     z: arrived ? 1 : 0
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleName
+    Accessible.description: ListView.view ? (index + 1) + " of " + ListView.view.count : ""
     Accessible.focusable: true
     Accessible.focused: selected
     Accessible.selectable: true

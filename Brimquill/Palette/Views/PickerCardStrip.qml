@@ -45,7 +45,7 @@ Item {
             preferredHighlightEnd: width - Theme.panelPadding - 2
             highlightRangeMode: ListView.ApplyRange
             Accessible.role: Accessible.List
-            Accessible.name: count === 1 ? "1 clip" : count + " clips"
+            Accessible.name: "Clips"
             delegate: ClipCard {
                 y: 4
                 selected: ListView.isCurrentItem
@@ -59,6 +59,13 @@ Item {
                 }
             }
         }
+    }
+
+    // Tells screen readers how many cards there are, each time that this changes.
+    Item {
+        anchors.fill: parent
+        Accessible.role: Accessible.StatusBar
+        Accessible.name: list.count === 0 ? picker.emptyTitle : list.count === 1 ? "1 clip" : list.count + " clips"
     }
 
     Column {
