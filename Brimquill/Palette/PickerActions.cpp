@@ -50,12 +50,14 @@ std::optional<std::string> openableUrl(const ClipItem& item) {
 void PickerActions::deliver(const std::vector<ClipItem>& items, Delivery delivery) {
     if (items.empty()) return;
     const bool thenPaste = delivery == Delivery::paste;
+    const auto done = [thenPaste, &hud = environment_.hud] {
+        if (!thenPaste) hud.show("Copied", "checkmark.circle.fill");
+    };
     if (items.size() == 1) {
-        environment_.paste.paste(items.front(), thenPaste);
+        environment_.paste.paste(items.front(), thenPaste, done);
     } else {
-        environment_.paste.pasteText(joinedText(items), thenPaste, PasteService::soonestSecret(items));
+        environment_.paste.pasteText(joinedText(items), thenPaste, PasteService::soonestSecret(items), done);
     }
-    if (!thenPaste) environment_.hud.show("Copied", "checkmark.circle.fill");
 }
 
 /// Pictures and files among several contribute only their text.

@@ -2,10 +2,9 @@
 
 #include "Brimquill/Capture/PictureFile.h"
 #include "Brimquill/Surfaces/TourEvents.h"
-#include "BrimquillCore/Foundation/Files.h"
 #include "BrimquillCore/Foundation/Text.h"
 
-#include <filesystem>
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -14,19 +13,6 @@ namespace {
 
 /// From the write to the ⌘V: the time in which the program below gets the keyboard back.
 constexpr double pasteDelay = 0.15;
-/// A picture file larger than this many bytes is not put on the pasteboard.
-constexpr std::size_t maximumPictureSize = std::size_t{512} << 20;
-
-bool fileExists(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::exists(path, error);
-}
-
-platform::SharedBytes readBytes(const std::string& path) {
-    const auto bytes = files::readFile(path, maximumPictureSize);
-    return bytes ? std::make_shared<platform::Bytes>(bytes->begin(), bytes->end()) : nullptr;
-}
-
 bool isPng(const platform::Bytes& bytes) {
     static constexpr std::uint8_t signature[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
     return bytes.size() > sizeof signature && std::equal(std::begin(signature), std::end(signature), bytes.begin());
@@ -48,48 +34,108 @@ std::optional<PasteService::Secret> PasteService::soonestSecret(std::span<const 
     return soonest;
 }
 
-PasteService::PasteService(Environment environment) : environment_(std::move(environment)) {}
+PasteService::PasteService(Environment environment)
+    : environment_(std::move(environment)), files_(environment_.runLoop) {}
 
-void PasteService::paste(const ClipItem& item, bool thenPaste) {
+void PasteService::paste(const ClipItem& item, bool thenPaste, Done done) {
+    inTurn([this, item, thenPaste, done = std::move(done)] { begin(item, thenPaste, done); });
+}
+
+/// What is pasted first must be on the pasteboard first, however long its files take.
+void PasteService::inTurn(Done turn) {
+    if (isWaitingForFiles_) {
+        waiting_.push_back(std::move(turn));
+    } else {
+        turn();
+    }
+}
+
+void PasteService::endTurn(const Done& done) {
+    isWaitingForFiles_ = false;
+    if (done) done();
+    while (!isWaitingForFiles_ && !waiting_.empty()) {
+        const auto turn = std::move(waiting_.front());
+        waiting_.pop_front();
+        turn();
+    }
+}
+
+void PasteService::begin(const ClipItem& item, bool thenPaste, const Done& done) {
     ++pasteCount_;
-    if (item.kind == ClipKind::file) return pasteFiles(item, thenPaste);
-    if (item.kind == ClipKind::image && item.imagePath && fileExists(*item.imagePath))
-        return pastePicture(*item.imagePath, thenPaste);
-    // Also a picture whose file has gone: what was read off it is pasted, without a word.
+    if (item.kind == ClipKind::file) return pasteFiles(item, thenPaste, done);
+    if (item.kind == ClipKind::image && item.imagePath) return pastePicture(item, thenPaste, done);
+    pasteItemText(item, thenPaste);
+    if (done) done();
+}
+
+void PasteService::pasteItemText(const ClipItem& item, bool thenPaste) {
     finish({.string = item.isSnippet() ? environment_.expand(item.text) : item.text}, thenPaste,
            soonestSecret({&item, 1}));
 }
 
-void PasteService::pasteFiles(const ClipItem& item, bool thenPaste) {
-    std::vector<std::string> paths = text::split(item.text, '\n');
-    std::erase_if(paths, [](const std::string& path) { return !fileExists(path); });
-    if (paths.empty()) return environment_.hud.show("Original file no longer exists", "questionmark.folder");
-    finish({.filePaths = std::move(paths)}, thenPaste);
+void PasteService::pasteFiles(const ClipItem& item, bool thenPaste, const Done& done) {
+    isWaitingForFiles_ = true;
+    files_.findExisting(text::split(item.text, '\n'), [weak = std::weak_ptr<PasteService*>(self_), thenPaste,
+                                                       done](const std::vector<std::string>& paths) {
+        const auto self = weak.lock();
+        if (!self) return;
+        if (paths.empty()) {
+            (*self)->environment_.hud.show("Original file no longer exists", "questionmark.folder");
+        } else {
+            (*self)->finish({.filePaths = paths}, thenPaste);
+        }
+        (*self)->endTurn(done);
+    });
 }
 
-void PasteService::pastePicture(const std::string& path, bool thenPaste) {
+void PasteService::pastePicture(const ClipItem& item, bool thenPaste, const Done& done) {
+    isWaitingForFiles_ = true;
+    files_.findExisting({*item.imagePath}, [weak = std::weak_ptr<PasteService*>(self_), item, thenPaste,
+                                            done](const std::vector<std::string>& found) {
+        const auto self = weak.lock();
+        if (!self) return;
+        if (!found.empty() && !(*self)->isTerminalInFront()) {
+            const auto& path = found.front();
+            return (*self)->files_.read(path, [weak, path, thenPaste, done](const platform::SharedBytes& bytes) {
+                const auto again = weak.lock();
+                if (!again) return;
+                (*again)->pasteBytes(path, bytes, thenPaste);
+                (*again)->endTurn(done);
+            });
+        }
+        if (found.empty()) {
+            // What was read off a picture whose file has gone is pasted, without a word.
+            (*self)->pasteItemText(item, thenPaste);
+        } else {
+            (*self)->finish({.string = found.front()}, thenPaste);
+        }
+        (*self)->endTurn(done);
+    });
+}
+
+bool PasteService::isTerminalInFront() const {
     const auto front = environment_.workspace.frontmostApplication();
-    if (front && front->bundleIdentifier && terminalBundleIds().contains(*front->bundleIdentifier))
-        return finish({.string = path}, thenPaste);
-    const platform::SharedBytes bytes = readBytes(path);
+    return front && front->bundleIdentifier && terminalBundleIds().contains(*front->bundleIdentifier);
+}
+
+void PasteService::pasteBytes(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste) {
     if (bytes && text::lowercased(path).ends_with(".gif"))
         return finish({.filePaths = {path}, .gif = bytes}, thenPaste);
     if (bytes && isPng(*bytes)) return finish({.filePaths = {path}, .png = bytes}, thenPaste);
     environment_.pasteboard.write({});
-    if (bytes) pasteConverted(path, thenPaste);
+    if (bytes) pasteConverted(path, bytes, thenPaste);
 }
 
 /// A picture that is no PNG is made one beside the main thread, which it may take long.
-void PasteService::pasteConverted(const std::string& path, bool thenPaste) {
+void PasteService::pasteConverted(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste) {
     auto done = [weak = std::weak_ptr<PasteService*>(self_), path, thenPaste,
                  paste = pasteCount_](platform::SharedBytes png) {
         const auto self = weak.lock();
-        if (self && png && (*self)->pasteCount_ == paste) (*self)->finish({.filePaths = {path}, .png = png}, thenPaste);
+        if (self && (*self)->pasteCount_ == paste) (*self)->finish({.filePaths = {path}, .png = png}, thenPaste);
     };
     environment_.runLoop.global(
-        platform::QualityOfService::userInitiated, [path, done = std::move(done), &runLoop = environment_.runLoop] {
-            const platform::SharedBytes bytes = readBytes(path);
-            auto png = bytes ? PictureFile::pngFrom(*bytes) : std::nullopt;
+        platform::QualityOfService::userInitiated, [bytes, done = std::move(done), &runLoop = environment_.runLoop] {
+            auto png = PictureFile::pngFrom(*bytes);
             if (!png) return;
             runLoop.async([done, shared = std::make_shared<platform::Bytes>(std::move(*png))] { done(shared); });
         });
@@ -100,9 +146,12 @@ void PasteService::write(const platform::PasteboardContents& contents, std::opti
     selfWriteSecret_ = secret;
 }
 
-void PasteService::pasteText(const std::string& text, bool thenPaste, std::optional<Secret> secret) {
-    ++pasteCount_;
-    finish({.string = text}, thenPaste, secret);
+void PasteService::pasteText(const std::string& text, bool thenPaste, std::optional<Secret> secret, Done done) {
+    inTurn([this, text, thenPaste, secret, done = std::move(done)] {
+        ++pasteCount_;
+        finish({.string = text}, thenPaste, secret);
+        if (done) done();
+    });
 }
 
 void PasteService::finish(const platform::PasteboardContents& contents, bool thenPaste, std::optional<Secret> secret) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brimquill/Paste/PasteFiles.h"
 #include "Brimquill/Surfaces/HUD.h"
 #include "BrimquillCore/ClipItem.h"
 #include "BrimquillCore/Foundation/NotificationCenter.h"
@@ -10,6 +11,7 @@
 #include "Platform/Workspace.h"
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -48,13 +50,19 @@ public:
 
     explicit PasteService(Environment environment);
 
+    using Done = std::function<void()>;
+
     /// Puts `item` on the pasteboard; with `thenPaste`, pastes it too as soon as the user's program has the keyboard,
     /// or tells the user to, where the system does not let us press keys. What cannot be put there changes nothing, but
     /// a picture that cannot be read leaves the pasteboard empty.
-    void paste(const ClipItem& item, bool thenPaste);
+    ///
+    /// A clip without files is there at once. One with files is there as soon as they were looked at; a file whose disk
+    /// does not answer in time counts as gone. What is asked for meanwhile waits its turn. `done` is called when the
+    /// item has had its turn, whether it could be put there or not.
+    void paste(const ClipItem& item, bool thenPaste, Done done = {});
 
     /// The same for a text that is no clip. `secret` is what it holds of a clip that expires.
-    void pasteText(const std::string& text, bool thenPaste, std::optional<Secret> secret = {});
+    void pasteText(const std::string& text, bool thenPaste, std::optional<Secret> secret = {}, Done done = {});
 
     /// Puts `contents` on the pasteboard as a change of our own, so that it is not captured. `secret` is what it holds
     /// of a clip that expires.
@@ -66,14 +74,24 @@ public:
     const std::optional<Secret>& selfWriteSecret() const { return selfWriteSecret_; }
 
 private:
-    void pasteFiles(const ClipItem& item, bool thenPaste);
-    void pastePicture(const std::string& path, bool thenPaste);
-    void pasteConverted(const std::string& path, bool thenPaste);
+    void inTurn(Done turn);
+    void endTurn(const Done& done);
+    void begin(const ClipItem& item, bool thenPaste, const Done& done);
+    void pasteItemText(const ClipItem& item, bool thenPaste);
+    void pasteFiles(const ClipItem& item, bool thenPaste, const Done& done);
+    void pastePicture(const ClipItem& item, bool thenPaste, const Done& done);
+    bool isTerminalInFront() const;
+    void pasteBytes(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste);
+    void pasteConverted(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste);
     void finish(const platform::PasteboardContents& contents, bool thenPaste, std::optional<Secret> secret = {});
     void sendCmdVIfAllowed();
     void sendCmdV();
 
     Environment environment_;
+    PasteFiles files_;
+    /// What came while a file was looked at, in its order.
+    std::deque<Done> waiting_;
+    bool isWaitingForFiles_ = false;
     int selfWriteChangeCount_ = 0;
     std::optional<Secret> selfWriteSecret_;
     /// Counts calls of `paste`: a picture that is converted late must not replace what was pasted since.

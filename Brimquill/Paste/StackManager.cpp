@@ -47,9 +47,10 @@ void StackManager::pasteNext() {
         itemIds_.erase(itemIds_.begin());
         persist();
         if (!clip || clip->deleted) continue;
-        pasteService_.paste(*clip, true);
-        hud_.show(count < 2 ? "Stack finished" : "Pasted — " + std::to_string(count - 1) + " left in stack",
-                  "square.stack.3d.up");
+        pasteService_.paste(*clip, true, [count, &hud = hud_] {
+            hud.show(count < 2 ? "Stack finished" : "Pasted — " + std::to_string(count - 1) + " left in stack",
+                     "square.stack.3d.up");
+        });
         return;
     }
     hud_.show("Paste stack is empty", "square.stack.3d.up.slash");

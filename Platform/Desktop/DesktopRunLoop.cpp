@@ -49,7 +49,8 @@ void lowerPriorityOfThisThread() {
 }  // namespace
 
 DesktopRunLoop::DesktopRunLoop() {
-    userInitiated_.setMaxThreadCount(std::clamp(QThread::idealThreadCount(), 2, 4));
+    // On few cores too: threads that wait for silent disks must not keep the others from their work.
+    userInitiated_.setMaxThreadCount(4);
     utility_.setMaxThreadCount(1);
     utility_.setExpiryTimeout(-1);  // one lowered thread, kept
 }

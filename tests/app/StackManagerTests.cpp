@@ -70,6 +70,7 @@ TEST_F(StackManagerTest, MovesOnPastFilesThatAreNoMore) {
     stack.add(clip("next"));
     hud.lines.clear();
     stack.pasteNext();
+    world.run();
     EXPECT_THAT(hud.lines, ElementsAre(Pair("Original file no longer exists", "questionmark.folder"),
                                        Pair("Pasted — 1 left in stack", "square.stack.3d.up")));
     stack.pasteNext();
