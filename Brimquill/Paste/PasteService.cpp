@@ -129,7 +129,7 @@ void PasteService::pasteBytes(const std::string& path, const platform::SharedByt
 /// A picture that is no PNG is made one beside the main thread, which it may take long.
 void PasteService::pasteConverted(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste) {
     auto done = [weak = std::weak_ptr<PasteService*>(self_), path, thenPaste,
-                 paste = pasteCount_](platform::SharedBytes png) {
+                 paste = pasteCount_](const platform::SharedBytes& png) {
         const auto self = weak.lock();
         if (self && (*self)->pasteCount_ == paste) (*self)->finish({.filePaths = {path}, .png = png}, thenPaste);
     };

@@ -29,14 +29,14 @@ public:
         timer_.setTimerType(Qt::PreciseTimer);
         timer_.setSingleShot(!repeats);
         // The work may destroy this token, and with it the timer: it runs on a copy of its own.
-        QObject::connect(&timer_, &QTimer::timeout, [shared = std::make_shared<RunLoop::Work>(std::move(work))] {
-            const auto own = shared;
-            (*own)();
-        });
+        QObject::connect(&timer_, &QTimer::timeout,
+                         [shared = std::make_shared<RunLoop::Work>(std::move(work))] { run(std::shared_ptr(shared)); });
         timer_.start(milliseconds(seconds));
     }
 
 private:
+    static void run(const std::shared_ptr<RunLoop::Work>& work) { (*work)(); }
+
     QTimer timer_;
 };
 

@@ -49,7 +49,7 @@ protected:
         return path.string();
     }
     std::string image(const char* name, const char* format) {
-        const std::string path = (directory.path() / name).string();
+        std::string path = (directory.path() / name).string();
         QImage picture(4, 4, QImage::Format_RGB32);
         picture.fill(Qt::blue);
         picture.save(QString::fromStdString(path), format);
