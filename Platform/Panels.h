@@ -35,6 +35,9 @@ public:
     virtual void resignKey() = 0;
     /// Moves or resizes it while it shows.
     virtual void setFrame(Rect frame) = 0;
+    /// So many points from the edges of its frame inwards clicks go to what lies below, as on a shadow. 0 at first; in
+    /// force from the next `show` or `setFrame`.
+    virtual void setClickMargin(double points) = 0;
 };
 
 class Panels {

@@ -63,13 +63,18 @@ QQuickItem* PanelView::rootObject() const {
     return view_->rootObject();
 }
 
+double PanelView::shadowMargin() const {
+    return host_.appearance().translucent() ? ShadowImage::width : 0;
+}
+
 platform::Rect PanelView::windowFrame(platform::Rect frame) const {
-    const double margin = host_.appearance().translucent() ? ShadowImage::width : 0;
+    const double margin = shadowMargin();
     return {frame.x - margin, frame.y - margin, frame.width + 2 * margin, frame.height + 2 * margin};
 }
 
 void PanelView::shape(platform::Rect frame) {
     const bool isTranslucent = host_.appearance().translucent();
+    panel_->setClickMargin(shadowMargin());
     view_->setMask(isTranslucent ? QRegion() : roundedRegion(QSizeF(frame.width, frame.height).toSize()));
 }
 

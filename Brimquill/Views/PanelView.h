@@ -39,6 +39,7 @@ public:
     QQuickItem* rootObject() const;
 
 private:
+    double shadowMargin() const;
     platform::Rect windowFrame(platform::Rect frame) const;
     void shape(platform::Rect frame);
 

@@ -93,6 +93,8 @@ public:
     void setFrame(Rect frame) override {
         window_.setGeometry(QRectF(frame.x, frame.y, frame.width, frame.height).toRect());
     }
+    /// Nothing is translucent here, so nothing has a shadow.
+    void setClickMargin(double) override {}
 
 private:
     QWindow& window_;

@@ -40,6 +40,7 @@ public:
         state_->updateKey();
     }
     void setFrame(Rect frame) override { record_->frame = frame; }
+    void setClickMargin(double points) override { record_->clickMargin = points; }
 
 private:
     std::shared_ptr<State> state_;

@@ -12,6 +12,7 @@ struct PanelRecord {
     QWindow* window = nullptr;
     PanelRole role = PanelRole::keyable;
     Rect frame;
+    double clickMargin = 0;
     bool isVisible = false;
     bool isKey = false;
     int showCount = 0, closeCount = 0;

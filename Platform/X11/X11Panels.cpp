@@ -5,11 +5,17 @@
 #include <QSurfaceFormat>
 #include <QWindow>
 
+#include <xcb/xfixes.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace brimquill::platform {
 namespace {
+
+/// The shape extension's name for where a window takes clicks.
+constexpr std::uint8_t inputShape = 2;
 
 QRect rectOf(Rect frame) {
     return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
@@ -98,12 +104,16 @@ public:
     void setFrame(Rect frame) override {
         frame_ = frame;
         window_.setGeometry(rectOf(frame));
+        if (role_ != PanelRole::display) shapeInput();
     }
+    void setClickMargin(double points) override { clickMargin_ = points; }
 
     bool grab() { return window_.setKeyboardGrabEnabled(true); }
     void ungrab() { window_.setKeyboardGrabEnabled(false); }
     const QWindow* window() const { return &window_; }
-    bool takesClick(Point point) const { return isVisible_ && role_ != PanelRole::display && frame_.contains(point); }
+    bool takesClick(Point point) const {
+        return isVisible_ && role_ != PanelRole::display && clickFrame().contains(point);
+    }
 
 private:
     /// Tells its panel of clicks on the window.
@@ -119,6 +129,28 @@ private:
         X11Panel& panel_;
     };
 
+    Rect clickFrame() const {
+        return {frame_.x + clickMargin_, frame_.y + clickMargin_, frame_.width - 2 * clickMargin_,
+                frame_.height - 2 * clickMargin_};
+    }
+    /// The margin stays visible; the server alone leaves it out when it looks for the window under the pointer.
+    void shapeInput() {
+        const double scale = window_.devicePixelRatio(), margin = clickMargin_ * scale;
+        const QRect inside =
+            QRectF(margin, margin, frame_.width * scale - 2 * margin, frame_.height * scale - 2 * margin)
+                .toRect()
+                .intersected({0, 0, 32767, 32767});
+        const xcb_rectangle_t rectangle{static_cast<std::int16_t>(inside.x()), static_cast<std::int16_t>(inside.y()),
+                                        static_cast<std::uint16_t>(inside.width()),
+                                        static_cast<std::uint16_t>(inside.height())};
+        xcb_connection_t* const xcb = state_->interface;
+        const auto window = static_cast<xcb_window_t>(window_.winId());
+        const bool isWhole = clickMargin_ <= 0;
+        const xcb_xfixes_region_t region = isWhole ? XCB_NONE : xcb_generate_id(xcb);
+        if (!isWhole) xcb_xfixes_create_region(xcb, region, 1, &rectangle);
+        xcb_xfixes_set_window_shape_region(xcb, window, inputShape, 0, 0, region);
+        if (!isWhole) xcb_xfixes_destroy_region(xcb, region);
+    }
     void becomeKey() {
         std::erase(state_->keyOrder, this);
         state_->keyOrder.push_back(this);
@@ -135,6 +167,7 @@ private:
     QWindow& window_;
     PanelRole role_;
     Rect frame_;
+    double clickMargin_ = 0;
     bool isVisible_ = false;
     QMetaObject::Connection hidden_;
     Presses presses_{*this};

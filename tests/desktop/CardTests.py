@@ -4,8 +4,25 @@ import os
 import pathlib
 import unittest
 
+from desktop_case import DesktopCase
 from palette_case import PALETTE, PaletteCase
 from xsession import wait_for
+
+
+COMPOSITOR = """
+import ctypes, time
+library = ctypes.CDLL("libX11.so.6")
+library.XOpenDisplay.restype = ctypes.c_void_p
+library.XInternAtom.restype = library.XDefaultRootWindow.restype = library.XCreateSimpleWindow.restype = ctypes.c_ulong
+display = ctypes.c_void_p(library.XOpenDisplay(None))
+root = ctypes.c_ulong(library.XDefaultRootWindow(display))
+window = library.XCreateSimpleWindow(display, root, 0, 0, 1, 1, 0, ctypes.c_ulong(0), ctypes.c_ulong(0))
+name = library.XInternAtom(display, b"_NET_WM_CM_S0", 0)
+library.XSetSelectionOwner(display, ctypes.c_ulong(name), ctypes.c_ulong(window), ctypes.c_ulong(0))
+library.XSync(display, 0)
+print("owned")
+time.sleep(1000)
+"""
 
 
 class CardCase(PaletteCase):
@@ -130,6 +147,37 @@ class OpensAMenu(CardCase):
         self.session.keys("Down", "Return")
         self.wait_closed()
         wait_for(lambda: self.copied_from_editor() == "cherry 🍒 pie", what="the paste")
+        self.assertEqual(editor, self.session.active_window())
+
+
+class HasAShadow(CardCase):
+    """Somebody composes the screen, or says so: the palette's window reaches further than the palette."""
+
+    starts_program = False
+
+    def start_program(self):
+        self.session.start("/usr/bin/python3", "-u", "-c", COMPOSITOR)
+        wait_for(lambda: "owned" in self.session.programs[-1].output(), what="the compositor")
+        super().start_program()
+
+    def setUp(self):
+        DesktopCase.setUp(self)
+        self.addCleanup(self.end_program)
+        self.start_program()
+
+    def test_a_click_on_it_is_one_outside(self):
+        editor = self.start_editor("mousepad", "[Mm]ousepad")
+        self.session.run("xdotool", "windowmove", "--sync", editor, "40", "300", "windowsize", "--sync", editor, "700", "690")
+        self.open_palette()
+        x, y, _, _ = self.session.geometry(self.session.windows(name=PALETTE)[0])
+        self.session.click(x + 300, y + 40)
+        self.assertTrue(self.is_open(), "A click on the palette is none outside")
+        self.session.run("xdotool", "mousemove", x + 300, y + 10)
+        below = self.session.run("xdotool", "getmouselocation", "--shell").decode()
+        palette = self.session.windows(name=PALETTE)[0]
+        self.assertNotIn(f"WINDOW={palette}\n", below, "The shadow takes clicks")
+        self.session.click(x + 300, y + 10)
+        self.wait_closed()
         self.assertEqual(editor, self.session.active_window())
 
 
