@@ -1,8 +1,10 @@
 #include "Platform/Desktop/DesktopRunLoop.h"
 
+#include "BrimquillCore/Foundation/Log.h"
 #include "Platform/Desktop/DesktopSerialQueue.h"
 #include "Platform/Desktop/Uptime.h"
 
+#include <QDeadlineTimer>
 #include <QThread>
 #include <QTimer>
 
@@ -55,11 +57,21 @@ DesktopRunLoop::DesktopRunLoop() {
     utility_.setExpiryTimeout(-1);  // one lowered thread, kept
 }
 
-DesktopRunLoop::~DesktopRunLoop() {
+void DesktopRunLoop::End::operator()(DesktopRunLoop* runLoop) const {
+    if (runLoop->endWork()) {
+        delete runLoop;
+    } else {
+        log::write("work in the background does not end and is left behind");
+    }
+}
+
+bool DesktopRunLoop::endWork() {
+    QDeadlineTimer deadline(End::limit);
     for (QThreadPool* pool : {&userInitiated_, &utility_}) {
         pool->clear();
-        pool->waitForDone();
+        if (!pool->waitForDone(static_cast<int>(deadline.remainingTime()))) return false;
     }
+    return true;
 }
 
 Date DesktopRunLoop::now() const {

@@ -5,14 +5,23 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <memory>
+
 namespace brimquill::platform {
 
 /// The main queue on Qt's event loop, the background queues on threads of its own. To be made and destroyed on the
-/// thread of the application object; destroying it waits for background work that runs and drops the rest.
+/// thread of the application object.
 class DesktopRunLoop final : public RunLoop {
 public:
-    DesktopRunLoop();
-    ~DesktopRunLoop() override;
+    /// Drops the background work that has not begun and waits for what runs. What takes longer than this many
+    /// milliseconds, on a disk that is silent say, is left behind with the run loop, which it may call to no effect.
+    struct End {
+        static constexpr int limit = 2000;
+        void operator()(DesktopRunLoop* runLoop) const;
+    };
+    static std::unique_ptr<DesktopRunLoop, End> make() {
+        return std::unique_ptr<DesktopRunLoop, End>(new DesktopRunLoop);
+    }
 
     Date now() const override;
     double uptime() const override;
@@ -24,6 +33,9 @@ public:
     std::unique_ptr<SerialQueue> serialQueue(std::string label) override;
 
 private:
+    DesktopRunLoop();
+    bool endWork();
+
     QObject context_;
     QThreadPool userInitiated_, utility_;
 };

@@ -44,7 +44,8 @@ public:
 
 private:
     struct Refusals;
-    DesktopRunLoop runLoop_;
+    const std::unique_ptr<DesktopRunLoop, DesktopRunLoop::End> ownedRunLoop_ = DesktopRunLoop::make();
+    DesktopRunLoop& runLoop_ = *ownedRunLoop_;
     HeadlessPasteboard pasteboard_{runLoop_};
     std::unique_ptr<UserDefaults> defaults_;
     DesktopAppearance appearance_;

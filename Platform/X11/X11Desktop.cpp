@@ -74,7 +74,8 @@ private:
         return ownership;
     }
 
-    DesktopRunLoop runLoop_;
+    const std::unique_ptr<DesktopRunLoop, DesktopRunLoop::End> ownedRunLoop_ = DesktopRunLoop::make();
+    DesktopRunLoop& runLoop_ = *ownedRunLoop_;
     X11Connection connection_;
     X11InjectedKeys injected_;
     X11RawInput input_{injected_};

@@ -41,10 +41,12 @@ protected:
         return result;
     }
 
-    DesktopRunLoop runLoop;
-
 private:
+    const std::unique_ptr<DesktopRunLoop, DesktopRunLoop::End> ownedRunLoop_ = DesktopRunLoop::make();
     QTemporaryDir directory_;
+
+protected:
+    DesktopRunLoop& runLoop = *ownedRunLoop_;
 };
 
 TEST_F(CaptureServicesTest, PicturesThatSomebodyWaitsForGoFirst) {

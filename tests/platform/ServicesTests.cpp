@@ -1,3 +1,4 @@
+#include "Platform/Desktop/DesktopRunLoop.h"
 #include "Platform/Desktop/JsonUserDefaults.h"
 #include "tests/platform/ServicesFixture.h"
 
@@ -85,6 +86,27 @@ TEST_P(ServicesTest, QueuesRunInOrderAndComeBackToTheMainQueue) {
     queue.reset();
     EXPECT_TRUE(ended);
     EXPECT_TRUE(dropped);
+}
+
+TEST(DesktopRunLoop, LeavesWorkBehindThatDoesNotEnd) {
+    std::atomic<bool> begins = false, mayEnd = false, ended = false;
+    auto loop = DesktopRunLoop::make();
+    [[maybe_unused]] static const void* const leftBehind = loop.get();  // no leak for the sanitizer
+    loop->global(QualityOfService::userInitiated, [&, &runLoop = *loop] {
+        begins = true;
+        begins.notify_all();
+        mayEnd.wait(false);
+        runLoop.async([] { FAIL() << "nobody is there any more"; });
+        ended = true;
+        ended.notify_all();
+    });
+    loop->global(QualityOfService::utility, [] {});
+    begins.wait(false);
+    loop.reset();
+    EXPECT_FALSE(ended);
+    mayEnd = true;
+    mayEnd.notify_all();
+    ended.wait(false);
 }
 
 TEST_P(ServicesTest, WorkFromOtherThreadsKeepsItsOrder) {
