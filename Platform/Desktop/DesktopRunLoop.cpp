@@ -61,6 +61,7 @@ void DesktopRunLoop::End::operator()(DesktopRunLoop* runLoop) const {
     if (runLoop->endWork()) {
         delete runLoop;
     } else {
+        runLoop->hasEnded_ = true;
         log::write("work in the background does not end and is left behind");
     }
 }
@@ -83,6 +84,7 @@ double DesktopRunLoop::uptime() const {
 }
 
 void DesktopRunLoop::async(Work work) {
+    if (hasEnded_) return;
     QMetaObject::invokeMethod(
         &context_, [work = std::move(work)] { work(); }, Qt::QueuedConnection);
 }

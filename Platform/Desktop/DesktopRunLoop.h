@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <atomic>
 #include <memory>
 
 namespace brimquill::platform {
@@ -14,7 +15,8 @@ namespace brimquill::platform {
 class DesktopRunLoop final : public RunLoop {
 public:
     /// Drops the background work that has not begun and waits for what runs. What takes longer than this many
-    /// milliseconds, on a disk that is silent say, is left behind with the run loop, which it may call to no effect.
+    /// milliseconds, on a disk that is silent say, is left behind with the run loop, which it may go on calling to no
+    /// effect.
     struct End {
         static constexpr int limit = 2000;
         void operator()(DesktopRunLoop* runLoop) const;
@@ -38,6 +40,8 @@ private:
 
     QObject context_;
     QThreadPool userInitiated_, utility_;
+    /// For work that is left behind.
+    std::atomic<bool> hasEnded_ = false;
 };
 
 }  // namespace brimquill::platform

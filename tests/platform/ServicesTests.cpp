@@ -2,6 +2,7 @@
 #include "Platform/Desktop/JsonUserDefaults.h"
 #include "tests/platform/ServicesFixture.h"
 
+#include <QCoreApplication>
 #include <QProcess>
 #include <QWindow>
 
@@ -107,6 +108,7 @@ TEST(DesktopRunLoop, LeavesWorkBehindThatDoesNotEnd) {
     mayEnd = true;
     mayEnd.notify_all();
     ended.wait(false);
+    QCoreApplication::processEvents();
 }
 
 TEST_P(ServicesTest, WorkFromOtherThreadsKeepsItsOrder) {
