@@ -150,6 +150,48 @@ class OpensAMenu(CardCase):
         self.assertEqual(editor, self.session.active_window())
 
 
+class OpensFormsFromTheMenu(CardCase):
+    def setUp(self):
+        super().setUp()
+        self.window, self.typed = self.start_terminal()
+        self.open_palette()
+        self.session.click(*self.card(1), button=3)
+
+    def wait_form(self, name):
+        form = wait_for(lambda: self.session.windows(name=name), what=f"the form {name}")
+        self.assertEqual(self.window, self.session.active_window())
+        return form
+
+    def save_and_paste(self, name, text):
+        """The form goes, the palette has the keys again and pastes the card that the form was of."""
+        wait_for(lambda: not self.session.windows(name=name), what="the form to close")
+        self.assertTrue(self.is_open(), "The palette went with the form")
+        self.session.type(text.split()[0])
+        self.session.keys("Return")
+        wait_for(lambda: self.typed.read_text() == text, what="the paste into the terminal")
+        self.assertEqual(self.window, self.session.active_window())
+
+    def test_edit(self):
+        self.session.keys("Down", "Down", "Down", "Return")
+        self.wait_form("^Brimquill Edit$")
+        self.session.keys("ctrl+a")
+        self.session.type("mango bread")
+        self.session.keys("ctrl+Return")
+        self.wait_for_row("SELECT 1 FROM clips WHERE text = 'mango bread'")
+        self.save_and_paste("^Brimquill Edit$", "mango bread")
+
+    def test_tags_and_pinboard(self):
+        self.session.keys("Up", "Up", "Return")
+        self.wait_form("^Brimquill Organize$")
+        self.session.type("yellow")
+        self.session.keys("Tab")
+        self.session.type("Kitchen")
+        self.session.keys("Return")
+        self.wait_for_row("SELECT 1 FROM clips JOIN folders ON folders.id = folder_id "
+                          "WHERE text = 'banana bread' AND tags = 'yellow' AND folders.name = 'Kitchen'")
+        self.save_and_paste("^Brimquill Organize$", "banana bread")
+
+
 class HasAShadow(CardCase):
     """Somebody composes the screen, or says so: the palette's window reaches further than the palette."""
 

@@ -134,6 +134,25 @@ class FiftyActions(HoardCase):
         return "left without doing anything"
 
 
+class TypesFasterThanItSearches(HoardCase):
+    """So many clips that a search takes longer than the next key."""
+
+    clips = 100_000
+    settings = {**HoardCase.settings, "maxHistoryItems": 200_000}
+
+    def test_no_key_is_lost_and_the_last_text_counts(self):
+        expected = ""
+        for number in (31415, 27182):
+            self.open_palette()
+            self.session.type(f"entry 9{number}")
+            self.session.keys(*["BackSpace"] * 6)
+            self.session.type(f"{number}")
+            self.session.keys("Return")
+            expected += next(clip.text for clip in self.hoard.clips.values() if clip.text.startswith(f"entry {number}"))
+            wait_for(lambda: self.typed.read_text() == expected, what=f"the paste of {number}")
+            self.wait_closed()
+
+
 class BacksOutOfAHoard(HoardCase):
     def test_each_escape_takes_one_level(self):
         """Type, scope, query, palette: what Return pastes tells the level that Escape has reached."""

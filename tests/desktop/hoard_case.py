@@ -64,11 +64,11 @@ class Hoard:
             self.deleted -= set(self.undo.pop())
 
 
-def seed(database):
+def seed(database, clips):
     """Fills an empty hoard: texts with a number of their own, links, tags, pinned ones and snippets among them."""
     now = time.time()
     with sqlite3.connect(database) as connection:
-        for index in range(CLIPS):
+        for index in range(clips):
             text = f"entry {index:05d} {FRUIT[index % 11]} of day {index // 7}"
             if index % 90 == 61:
                 text = f"https://example.org/{FRUIT[index % 11]}/{index:05d}"
@@ -77,7 +77,7 @@ def seed(database):
             connection.execute(
                 "INSERT INTO clips (text, kind, created_at, source_app, uuid, modified_at, pinned, tags, name) "
                 "VALUES (?, 'text', ?, 'Editor', ?, ?, ?, ?, ?)",
-                (text, now - CLIPS + index, str(uuid.UUID(int=index)), now, index in (17, 4000), tags, name))
+                (text, now - clips + index, str(uuid.UUID(int=index)), now, index in (17, 4000), tags, name))
 
 
 class HoardCase(PaletteCase):
@@ -85,6 +85,7 @@ class HoardCase(PaletteCase):
 
     texts = ()
     starts_program = False
+    clips = CLIPS
     settings = {**PaletteCase.settings, "maxHistoryItems": 2 * CLIPS}
 
     def setUp(self):
@@ -92,7 +93,7 @@ class HoardCase(PaletteCase):
         self.addCleanup(self.end_program)
         self.start_program()
         self.end_program()
-        seed(self.session.database)
+        seed(self.session.database, self.clips)
         self.hoard = Hoard(self.session.query(f"SELECT {COLUMNS} FROM clips"))
         self.count = len(self.hoard.clips)
         self.prepare()
