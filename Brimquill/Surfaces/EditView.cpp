@@ -1,5 +1,6 @@
 #include "Brimquill/Surfaces/EditView.h"
 
+#include "Brimquill/Surfaces/TextExtent.h"
 #include "BrimquillCore/Foundation/Text.h"
 
 #include <QQuickTextDocument>
@@ -17,10 +18,28 @@ constexpr double countDelay = 0.2;
 }  // namespace
 
 EditView::EditView(ClipItem item, ClipStore& store, platform::RunLoop& runLoop)
-    : item_(std::move(item)), store_(store), runLoop_(runLoop), count_(text::characterCount(item_.text)) {}
+    : item_(std::move(item)), store_(store), runLoop_(runLoop), count_(text::characterCount(item_.text)) {
+    const auto extent = TextExtent::of(QString::fromStdString(item_.text));
+    isEditable_ = extent.isEditable();
+    hasWords_ = extent.hasWords();
+}
 
-QString EditView::count() const {
+QString EditView::status() const {
+    if (hasRefused_) return QStringLiteral("Too long to be inserted here");
     return QStringLiteral("%1 characters").arg(count_);
+}
+
+bool EditView::admits(const QString& inserted) {
+    auto extent = TextExtent::of(inserted);
+    if (document_) extent.length += document_->characterCount() - 1;  // it counts an end of its own
+    hasRefused_ = !isEditable_ || !extent.isEditable();
+    if (hasRefused_) {
+        Q_EMIT statusChanged();
+    } else if (hasWords_ && !extent.hasWords()) {
+        hasWords_ = false;
+        Q_EMIT hasWordsChanged();
+    }
+    return !hasRefused_;
 }
 
 void EditView::edit(QQuickTextDocument* document) {
@@ -34,6 +53,7 @@ void EditView::edit(QTextDocument& document) {
 
 void EditView::documentChanged() {
     isEdited_ = true;
+    if (std::exchange(hasRefused_, false)) Q_EMIT statusChanged();
     if (document_->characterCount() <= quicklyCounted) return recount();
     countWork_ = runLoop_.after(countDelay, [this] { recount(); });
 }
@@ -41,12 +61,12 @@ void EditView::documentChanged() {
 void EditView::recount() {
     countWork_.reset();
     count_ = text::characterCount(editedText());
-    Q_EMIT countChanged();
+    Q_EMIT statusChanged();
 }
 
 /// As the document holds it: its own way to plain text turns no-break spaces into blanks.
 std::string EditView::editedText() const {
-    if (!isEdited_ || !document_) return item_.text;
+    if (!isEditable_ || !isEdited_ || !document_) return item_.text;
     QString raw = document_->toRawText();
     raw.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
     raw.replace(QChar::LineSeparator, QLatin1Char('\n'));

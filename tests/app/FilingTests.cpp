@@ -18,6 +18,13 @@ using testing::IsEmpty;
 using Field = OrganizeView::Field;
 namespace key = platform::key;
 
+std::string repeated(const std::string& text, int times) {
+    std::string all;
+    while (times-- > 0)
+        all += text;
+    return all;
+}
+
 class FilingTest : public AppFixture {
 protected:
     std::int64_t insert(const std::string& text) {
@@ -114,7 +121,7 @@ TEST_F(FilingTest, TheEditedTextIsStoredAsItStands) {
         QTextDocument document(form.text());
         form.edit(document);
         if (*inserted != '\0') QTextCursor(&document).insertText(QString::fromUtf8(inserted));
-        EXPECT_EQ(form.count().toStdString(), count);
+        EXPECT_EQ(form.status().toStdString(), count);
         form.save();
         EXPECT_EQ(store.clip(id)->text, after);
         store.deleteClip(id);
@@ -122,17 +129,55 @@ TEST_F(FilingTest, TheEditedTextIsStoredAsItStands) {
 }
 
 TEST_F(FilingTest, ALongTextIsCountedWhenTheKeysPause) {
-    const auto id = insert(std::string(1'000'000, 'x'));
+    const auto id = insert(repeated(std::string(98, 'x') + '\n', 5'000));
     EditView form(*store.clip(id), store, world.runLoop());
     QTextDocument document(form.text());
     form.edit(document);
     QTextCursor(&document).insertText(QStringLiteral("ab"));
-    EXPECT_EQ(form.count(), QStringLiteral("1000000 characters"));
+    EXPECT_EQ(form.status(), QStringLiteral("495000 characters"));
     world.advance(1);
-    EXPECT_EQ(form.count(), QStringLiteral("1000002 characters"));
+    EXPECT_EQ(form.status(), QStringLiteral("495002 characters"));
     QTextCursor(&document).insertText(QStringLiteral("c"));
     form.save();
-    EXPECT_EQ(store.clip(id)->text.size(), 1'000'003U) << "what was not counted yet is saved all the same";
+    EXPECT_EQ(store.clip(id)->text.size(), 495'003U) << "what was not counted yet is saved all the same";
+}
+
+TEST_F(FilingTest, WhatWouldMakeTheEditorSlowIsNotTakenIn) {
+    const std::string word(3'000, 'x'), words = repeated("four ", 20'000), paragraph = repeated("four ", 20'001);
+    const std::string lines = repeated("four\n", 100'000);
+    const struct {
+        const char* name;
+        std::string before, inserted;
+        bool isEditable, admits, hasWords;
+    } cases[] = {
+        {"short", "text", "more", true, true, true},
+        {"a long word, made so that it fits", word, "more", true, true, false},
+        {"a long word comes", "text", word, true, true, false},
+        {"the longest paragraph", words, words, true, true, true},
+        {"a longer one", paragraph, "", false, false, true},
+        {"a longer one comes", "text", paragraph, true, false, true},
+        {"line separators end none", repeated("four\u2028", 20'001), "", false, false, true},
+        {"many lines", lines, "", true, true, true},
+        {"too many", lines + "!", "", false, false, true},
+        {"too many come", lines, "and this", true, false, true},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.name);
+        const auto id = insert("for the next case");
+        store.updateText(id, test.before);
+        EditView form(*store.clip(id), store, world.runLoop());
+        EXPECT_EQ(form.isEditable(), test.isEditable);
+        EXPECT_EQ(form.text().isEmpty(), !test.isEditable);
+        QTextDocument document(form.text());
+        form.edit(document);
+        EXPECT_EQ(form.admits(QString::fromStdString(test.inserted)), test.admits);
+        EXPECT_EQ(form.hasWords(), test.hasWords);
+        EXPECT_EQ(form.status().startsWith(QLatin1String("Too long")), !test.admits);
+        if (!test.isEditable) document.setPlainText(QStringLiteral("not the text"));
+        form.save();
+        EXPECT_EQ(store.clip(id)->text, test.before);
+        store.deleteClip(id);
+    }
 }
 
 TEST_F(FilingTest, ThePanelsCloseAndTellOnceSavedOrLeft) {

@@ -53,8 +53,9 @@ PanelSurface {
                     width: scroll.width
                     height: Math.max(scroll.height, implicitHeight)
                     focus: true
+                    readOnly: !form.model.isEditable
                     textFormat: TextEdit.PlainText
-                    wrapMode: TextEdit.Wrap
+                    wrapMode: form.model.hasWords ? TextEdit.Wrap : TextEdit.WrapAnywhere
                     text: form.model.text
                     font.pixelSize: Theme.fieldSize
                     color: Theme.primaryText
@@ -78,6 +79,13 @@ PanelSurface {
                     }
                 }
             }
+            Text {
+                anchors.centerIn: parent
+                visible: !form.model.isEditable
+                text: "Too long to be edited here"
+                font.pixelSize: Theme.bodySize
+                color: Theme.secondaryText
+            }
             Rectangle {
                 visible: scroll.contentHeight > scroll.height
                 anchors { right: parent.right; rightMargin: 2 }
@@ -90,7 +98,8 @@ PanelSurface {
         }
         FormFooter {
             width: frame.width
-            hint: form.model.count
+            hint: form.model.status
+            canSave: form.model.isEditable
             dismissLabel: "Cancel"
             onDismissed: form.model.cancel()
             onSaved: form.model.save()
@@ -102,5 +111,6 @@ PanelSurface {
         model: form.model
         panel: form.panel
         singleLine: false
+        admits: text => form.model.admits(text)
     }
 }

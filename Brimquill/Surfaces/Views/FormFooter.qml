@@ -7,6 +7,7 @@ Item {
 
     property alias hint: hint.text
     property alias dismissLabel: dismiss.text
+    property alias canSave: save.visible
     signal dismissed
     signal saved
 
@@ -30,6 +31,7 @@ Item {
             onClicked: footer.dismissed()
         }
         FormButton {
+            id: save
             text: "Save"
             prominent: true
             onClicked: footer.saved()

@@ -10,9 +10,13 @@ Item {
     required property QtObject panel
     // Whether the field has one line: Return saves then, and line breaks that are pasted become blanks.
     property bool singleLine: true
+    // Whether a text may be pasted.
+    property var admits: text => true
 
     function paste() {
         const text = panel.pasteboardText()
+        if (!admits(text))
+            return
         field.remove(field.selectionStart, field.selectionEnd)
         field.insert(field.cursorPosition, singleLine ? text.replace(/[\r\n\u2028\u2029]+/g, " ") : text)
     }
