@@ -19,7 +19,12 @@
 
 namespace {
 
+// A sanitizer reserves terabytes of addresses for its own books, so that no limit of them leaves the picture any.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr rlim_t addressSpace = RLIM_INFINITY;
+#else
 constexpr rlim_t addressSpace = rlim_t{3} << 30;
+#endif
 constexpr int lowPriority = 10;
 
 /// Decoders and the engine print what they think of a picture; the answers go out on a descriptor of their own.
