@@ -68,14 +68,29 @@ bool X11SecureInput::isKeyboardHeld() {
     return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
 }
 
-/// Whether somebody's menu is on the screen: such a window is not the window manager's and says what it is.
+bool X11SecureInput::isPointerHeld() {
+    auto* xcb = connection_.xcb();
+    xcb_grab_server(xcb);
+    const auto cookie = xcb_grab_pointer(xcb, 0, probe_, 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE,
+                                         XCB_NONE, XCB_CURRENT_TIME);
+    xcb_ungrab_pointer(xcb, XCB_CURRENT_TIME);
+    xcb_ungrab_server(xcb);
+    const X11Reply<xcb_grab_pointer_reply_t> reply(xcb_grab_pointer_reply(xcb, cookie, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
+/// Whether somebody's menu is what holds the keyboard. A menu has a window on the screen that is not the window
+/// manager's, and holds the pointer too, to see a click elsewhere. A password dialog may hold both but has no such
+/// window; a terminal with a secure keyboard leaves the pointer alone. That is asked last: taking a pointer that is
+/// free makes the program below it believe for an instant that it left.
 bool X11SecureInput::isMenuOpen() {
     const X11Reply<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(connection_.xcb(), xcb_query_tree(connection_.xcb(), connection_.root()), nullptr));
     if (!tree) return false;
     const auto* children = xcb_query_tree_children(tree.get());
     return std::any_of(children, children + xcb_query_tree_children_length(tree.get()),
-                       [this](xcb_window_t window) { return isMenu(window); });
+                       [this](xcb_window_t window) { return isMenu(window); }) &&
+           isPointerHeld();
 }
 
 bool X11SecureInput::isMenu(xcb_window_t window) {
@@ -86,10 +101,13 @@ bool X11SecureInput::isMenu(xcb_window_t window) {
         xcb_get_window_attributes_reply(xcb, xcb_get_window_attributes(xcb, window), nullptr));
     if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE || !attributes->override_redirect) return false;
     const auto types = connection_.numbers(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM);
-    return std::any_of(types.begin(), types.end(), [this](std::uint32_t type) {
-        return std::any_of(menuTypes.begin(), menuTypes.end(),
-                           [&](const char* name) { return connection_.atom(name) == type; });
-    });
+    const auto isOf = [&](const char* name) {
+        return std::find(types.begin(), types.end(), connection_.atom(name)) != types.end();
+    };
+    if (std::any_of(menuTypes.begin(), menuTypes.end(), isOf)) return true;
+    // Qt 6 calls context menus and lists of choices normal windows, but tells what they belong to.
+    const bool isPlain = types.empty() || isOf("_NET_WM_WINDOW_TYPE_NORMAL");
+    return isPlain && !connection_.numbers(window, "WM_TRANSIENT_FOR", XCB_ATOM_WINDOW).empty();
 }
 
 }  // namespace brimquill::platform

@@ -13,7 +13,8 @@ namespace brimquill::platform {
 
 /// Finds out whether another client holds the keyboard by trying to take it for an instant, with the server stopped
 /// meanwhile, so that no key is lost. A hold counts when it is still there a moment after it was first seen: drags and
-/// the keys of a window manager come and go, and a menu that is open is known by its window. The protocol does not name
+/// the keys of a window manager come and go, and a menu that is open is known by its window and by holding the pointer
+/// too. The protocol does not name
 /// the holder; it is taken to be the program in front. Main thread.
 class X11SecureInput final : public SecureInput {
 public:
@@ -31,6 +32,7 @@ private:
     bool isHeld();
     void confirm();
     bool isKeyboardHeld();
+    bool isPointerHeld();
     bool isMenuOpen();
     bool isMenu(xcb_window_t window);
 

@@ -8,21 +8,13 @@
 
 namespace brimquill::platform {
 
-ForeignClient::ForeignClient() : window_(makeWindow(0)), menu_(makeWindow(40)) {
-    const xcb_atom_t type = connection_.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU");
-    xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, menu_, connection_.atom("_NET_WM_WINDOW_TYPE"),
-                        XCB_ATOM_ATOM, 32, 1, &type);
+ForeignClient::ForeignClient() : window_(xcb_generate_id(connection_.xcb())) {
+    const std::uint32_t values[] = {1, XCB_EVENT_MASK_KEY_PRESS};
+    xcb_create_window(connection_.xcb(), XCB_COPY_FROM_PARENT, window_, connection_.root(), 0, 0, 20, 20, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK,
+                      values);
     xcb_map_window(connection_.xcb(), window_);
     connection_.sync();
-}
-
-xcb_window_t ForeignClient::makeWindow(int x) {
-    const xcb_window_t window = xcb_generate_id(connection_.xcb());
-    const std::uint32_t values[] = {1, XCB_EVENT_MASK_KEY_PRESS};
-    xcb_create_window(connection_.xcb(), XCB_COPY_FROM_PARENT, window, connection_.root(), static_cast<std::int16_t>(x),
-                      0, 20, 20, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-                      XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
-    return window;
 }
 
 void ForeignClient::fake(std::uint8_t type, const std::vector<xcb_keycode_t>& keycodes) {
@@ -98,16 +90,6 @@ bool ForeignClient::holdKey(xcb_keycode_t keycode, std::uint16_t modifiers) {
 
 void ForeignClient::releaseKey(xcb_keycode_t keycode, std::uint16_t modifiers) {
     xcb_ungrab_key(connection_.xcb(), keycode, connection_.root(), modifiers);
-    connection_.sync();
-}
-
-void ForeignClient::showMenu() {
-    xcb_map_window(connection_.xcb(), menu_);
-    connection_.sync();
-}
-
-void ForeignClient::hideMenu() {
-    xcb_unmap_window(connection_.xcb(), menu_);
     connection_.sync();
 }
 

@@ -42,15 +42,12 @@ public:
     void releaseKeyboard();
     bool holdKey(xcb_keycode_t keycode, std::uint16_t modifiers);
     void releaseKey(xcb_keycode_t keycode, std::uint16_t modifiers);
-    void showMenu();
-    void hideMenu();
 
 private:
     void fake(std::uint8_t type, const std::vector<xcb_keycode_t>& keycodes);
-    xcb_window_t makeWindow(int x);
 
     X11Connection connection_;
-    xcb_window_t window_ = XCB_NONE, menu_ = XCB_NONE;
+    xcb_window_t window_ = XCB_NONE;
 };
 
 }  // namespace brimquill::platform

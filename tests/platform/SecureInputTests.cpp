@@ -4,11 +4,17 @@
 #include "Platform/X11/X11SecureInput.h"
 #include "Platform/X11/X11Workspace.h"
 #include "tests/platform/Desktop.h"
+#include "tests/platform/ForeignClient.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
+#include <QMenu>
 #include <QWidget>
 
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <tuple>
 
 namespace brimquill::platform {
 namespace {
@@ -33,7 +39,15 @@ protected:
         return input.isEnabled();
     }
 
+    /// Whether the server refuses the keyboard to others.
+    bool isKeyboardHeld() {
+        if (!other.holdKeyboard()) return true;
+        other.releaseKeyboard();
+        return false;
+    }
+
     World world;
+    ForeignClient other;
     X11Connection connection;
     X11Workspace workspace{connection};
     bool isOurs = false;
@@ -73,6 +87,45 @@ TEST_F(SecureInputTest, OurOwnHoldDoesNotCount) {
     EXPECT_FALSE(isEnabledAfterAMoment());
     isOurs = false;
     EXPECT_TRUE(isEnabledAfterAMoment());
+}
+
+TEST_F(SecureInputTest, AnOpenMenuDoesNotCount) {
+    QMenu owned(&window), alone;
+    QComboBox choice(&window);
+    for (QMenu* menu : {&owned, &alone})
+        menu->addAction(QStringLiteral("Undo"));
+    choice.addItems({QStringLiteral("one"), QStringLiteral("two")});
+    choice.show();
+    const QPoint at(300, 300);
+    const std::tuple<const char*, std::function<void()>, std::function<void()>> cases[] = {
+        {"a context menu", [&] { owned.popup(at); }, [&] { owned.close(); }},
+        {"a menu without a window", [&] { alone.popup(at); }, [&] { alone.close(); }},
+        {"a list of choices", [&] { choice.showPopup(); }, [&] { choice.hidePopup(); }},
+    };
+    for (const auto& [what, open, close] : cases) {
+        SCOPED_TRACE(what);
+        open();
+        ASSERT_TRUE(eventually([&] { return isKeyboardHeld(); }));
+        EXPECT_FALSE(isEnabledAfterAMoment());
+        close();
+        ASSERT_TRUE(eventually([&] { return !isKeyboardHeld(); }));
+    }
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(SecureInputTest, AHoldOfThePointerTooOrBesideAWindowLikeAMenusCounts) {
+    hold();
+    window.grabMouse();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isEnabledAfterAMoment()) << "a password dialog may hold both";
+    window.releaseMouse();
+
+    QWidget popup(&window, Qt::ToolTip | Qt::BypassWindowManagerHint);
+    popup.setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
+    popup.show();
+    EXPECT_TRUE(eventually([&] { return popup.isVisible(); }));
+    EXPECT_TRUE(input.isEnabled()) << "a menu holds the pointer too";
+    window.releaseKeyboard();
 }
 
 }  // namespace
