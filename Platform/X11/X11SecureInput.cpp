@@ -105,8 +105,9 @@ bool X11SecureInput::isMenu(xcb_window_t window) {
         return std::find(types.begin(), types.end(), connection_.atom(name)) != types.end();
     };
     if (std::any_of(menuTypes.begin(), menuTypes.end(), isOf)) return true;
-    // Qt 6 calls context menus and lists of choices normal windows, but tells what they belong to.
-    const bool isPlain = types.empty() || isOf("_NET_WM_WINDOW_TYPE_NORMAL");
+    // Qt 6 calls context menus and lists of choices normal windows, but tells what they belong to. Panels and toasts
+    // name another type first.
+    const bool isPlain = types.empty() || types.front() == connection_.atom("_NET_WM_WINDOW_TYPE_NORMAL");
     return isPlain && !connection_.numbers(window, "WM_TRANSIENT_FOR", XCB_ATOM_WINDOW).empty();
 }
 
