@@ -227,7 +227,9 @@ void ClipboardWatcher::recognize(std::int64_t id, const std::string& path) {
                                [self = QPointer(this), id](const std::string& words) {
                                    if (!self || words.empty()) return;
                                    self->environment_.store.updateText(id, words);
-                                   self->refreshItems();
+                                   self->environment_.runLoop.async([self] {
+                                       if (self) self->refreshItems();
+                                   });
                                });
 }
 

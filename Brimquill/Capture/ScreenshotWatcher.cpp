@@ -41,6 +41,17 @@ fs::path expandingTilde(const std::string& path) {
     return isHome && home != nullptr ? fs::path(home + path.substr(1)) : fs::path(path);
 }
 
+/// Nothing of it stays when it fails, as on a full disk.
+bool copyPrivately(const fs::path& file, const fs::path& target) {
+    std::error_code error;
+    if (!fs::copy_file(file, target, error)) {
+        files::removeFile(target);
+        return false;
+    }
+    fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write, error);
+    return true;
+}
+
 }  // namespace
 
 fs::path ScreenshotWatcher::directory() const {
@@ -96,29 +107,34 @@ bool ScreenshotWatcher::isNew(const fs::directory_entry& entry) const {
 void ScreenshotWatcher::ingest(const fs::path& file) {
     const auto target = environment_.store.imagesDirectory /
                         ("shot-" + text::uppercased(makeUuid()) + "." + text::pathExtension(file.string()));
-    std::error_code error;
-    if (!fs::copy_file(file, target, error)) {
-        files::removeFile(target);  // a part of it, when the disk is full
-        return;
-    }
-    fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write, error);
-    const auto clip =
-        environment_.store.insert({}, ClipKind::image, {.app = "Screenshot", .bundleId = {}}, target.string());
-    environment_.toast.show({target.string(), "Screenshot captured", "In your hoard — reading text…"},
-                            CaptureToast::Occasion::answer);
-    if (onCapture) onCapture();
-    if (clip) recognize(*clip, target.string());
+    work_.add([file, target] { return copyPrivately(file, target); }, [this, path = target.string()] { store(path); });
 }
 
-void ScreenshotWatcher::recognize(const ClipItem& clip, const std::string& path) {
-    environment_.ocr.recognizeText(
-        path, platform::QualityOfService::utility,
-        [weak = std::weak_ptr(self_), &store = environment_.store, id = clip.id](const std::string& text) {
-            if (text.empty()) return;
-            store.updateText(id, text);
-            const auto self = weak.lock();
-            if (self && (*self)->onCapture) (*self)->onCapture();
-        });
+void ScreenshotWatcher::store(const std::string& path) {
+    const auto clip = environment_.store.insert({}, ClipKind::image, {.app = "Screenshot", .bundleId = {}}, path);
+    environment_.toast.show({path, "Screenshot captured", "In your hoard — reading text…"},
+                            CaptureToast::Occasion::answer);
+    work_.addNext([this, id = clip ? clip->id : 0, path] {
+        tell();
+        if (id != 0) recognize(id, path);
+    });
+}
+
+void ScreenshotWatcher::recognize(std::int64_t id, const std::string& path) {
+    environment_.ocr.recognizeText(path, platform::QualityOfService::utility,
+                                   [weak = std::weak_ptr(self_), &store = environment_.store,
+                                    &runLoop = environment_.runLoop, id](const std::string& text) {
+                                       if (text.empty()) return;
+                                       store.updateText(id, text);
+                                       // In a turn of its own, so that keys are answered in between.
+                                       runLoop.async([weak] {
+                                           if (const auto self = weak.lock()) (*self)->tell();
+                                       });
+                                   });
+}
+
+void ScreenshotWatcher::tell() const {
+    if (onCapture) onCapture();
 }
 
 }  // namespace brimquill

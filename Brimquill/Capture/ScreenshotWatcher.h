@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Brimquill/Capture/OCRService.h"
+#include "Brimquill/Capture/OrderedWork.h"
 #include "Brimquill/Settings/AppSettings.h"
 #include "Platform/FolderWatcher.h"
 #include "Platform/ScreenCapture.h"
@@ -30,7 +31,8 @@ public:
         platform::ScreenCapture& desktop;
     };
 
-    explicit ScreenshotWatcher(Environment environment) : environment_(std::move(environment)) {}
+    explicit ScreenshotWatcher(Environment environment)
+        : environment_(std::move(environment)), work_(environment_.runLoop) {}
 
     /// Called whenever the clips changed.
     std::function<void()> onCapture;
@@ -48,9 +50,12 @@ private:
     void scan();
     bool isNew(const std::filesystem::directory_entry& entry) const;
     void ingest(const std::filesystem::path& file);
-    void recognize(const ClipItem& clip, const std::string& path);
+    void store(const std::string& path);
+    void recognize(std::int64_t id, const std::string& path);
+    void tell() const;
 
     Environment environment_;
+    OrderedWork work_;
     std::filesystem::path directory_;
     Date startedAt_;
     /// The names taken so far in this run.

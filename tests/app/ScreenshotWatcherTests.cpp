@@ -138,6 +138,7 @@ TEST_F(ScreenshotWatcherTest, WordsReadAfterItsEndAreKept) {
     other->start();
     save("Screenshot.png");
     world.folderWatcher().change(folder.string());
+    world.run();
     ASSERT_EQ(captures, 1);
     other.reset();
     world.advance(2);
