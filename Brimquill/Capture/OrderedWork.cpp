@@ -46,7 +46,7 @@ void OrderedWork::finishFront(bool succeeded) {
 }
 
 void OrderedWork::runNextInAnotherTurn() {
-    runLoop_.async([weak = std::weak_ptr<OrderedWork*>(self_)] {
+    runLoop_.asyncAfter(pause, [weak = std::weak_ptr<OrderedWork*>(self_)] {
         const auto self = weak.lock();
         if (!self) return;
         (*self)->isBusy_ = false;

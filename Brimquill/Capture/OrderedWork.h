@@ -10,12 +10,13 @@
 namespace brimquill {
 
 /// Finishes pieces of work on the main thread in the order in which they were added, though some must be prepared away
-/// from it first. No two are finished in the same turn of the run loop, so that keys are answered in between. Main
-/// thread.
+/// from it first. Between two of them there is a pause, so that keys are answered. Main thread.
 class OrderedWork final {
 public:
     /// A preparation that takes longer than this, in seconds, is given up: reading a file may take for ever.
     static constexpr double preparationLimit = 30;
+    /// Seconds between two pieces, in which what the first one shows is painted.
+    static constexpr double pause = 0.01;
 
     /// Runs on a background thread and touches nothing of the main one; false gives the piece up.
     using Prepare = std::function<bool()>;

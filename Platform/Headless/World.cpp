@@ -4,7 +4,7 @@ namespace brimquill::platform {
 
 void World::copy(const ForeignCopy& copy) {
     pasteboard_.copy(copy);
-    run();
+    advance(copyTime);
 }
 
 void World::copyText(const std::string& text) {

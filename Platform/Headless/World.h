@@ -29,7 +29,9 @@ public:
     void run() { runLoop_.run(); }
     void advance(double seconds) { runLoop_.advance(seconds); }
 
-    /// Another program copies, and what waits for now runs.
+    /// Seconds that pass with every copy: people do not copy twice in the same instant.
+    static constexpr double copyTime = 0.02;
+    /// Another program copies, and what falls due in the time of a copy runs.
     void copy(const ForeignCopy& copy);
     void copyText(const std::string& text);
     void copyFiles(const std::vector<std::string>& paths);

@@ -138,7 +138,7 @@ TEST_F(ScreenshotWatcherTest, WordsReadAfterItsEndAreKept) {
     other->start();
     save("Screenshot.png");
     world.folderWatcher().change(folder.string());
-    world.run();
+    world.advance(2 * OrderedWork::pause);
     ASSERT_EQ(captures, 1);
     other.reset();
     world.advance(2);
