@@ -104,10 +104,11 @@ class Figures:
         return float(out[0]), float(out[1])
 
     def statement(self, sql, *values):
-        """Milliseconds of a raw statement, all its rows read."""
+        """Milliseconds of a raw statement, all its rows read, after a rest as long as the program's before a key."""
         with sqlite3.connect(self.session.database) as database:
             times = []
             for _ in range(ROUNDS):
+                time.sleep(0.3)
                 start = time.perf_counter()
                 database.execute(sql, values).fetchall()
                 times.append((time.perf_counter() - start) * 1000)
