@@ -5,6 +5,8 @@
 #include <QWindow>
 
 #include <atomic>
+#include <chrono>
+#include <thread>
 
 namespace brimquill::platform {
 namespace {
@@ -118,6 +120,34 @@ TEST_F(X11Keyboard, ModifiersThatAreStillHeldDoNotChangeTheKeysSent) {
         EXPECT_EQ(key->keycode, letter);
         EXPECT_EQ(key->modifiers, 0);
     }
+}
+
+TEST_F(X11Keyboard, AHotKeyThatIsHeldCountsOnceHoweverLateItIsHeardOf) {
+    int fired = 0;
+    bool isMarked = false;
+    const auto hotKey = services_->hotKeys().registerHotKey(key::v, commandShift, [&] { ++fired; });
+    const auto marker = services_->hotKeys().registerHotKey(key::two, commandShift, [&] { isMarked = true; });
+    ASSERT_EQ(hotKey.status, HotKeys::noError);
+    ASSERT_EQ(marker.status, HotKeys::noError);
+    const auto handleAll = [&] {
+        isMarked = false;
+        other_.press({position::super, position::shift, position::two});
+        return eventually([&] { return isMarked; });
+    };
+    const std::vector<xcb_keycode_t> keys = {position::super, position::shift, position::v};
+    for (int press = 1; press <= 2; ++press) {
+        other_.keysDown(keys);
+        // Nothing is handled here while the server repeats the key.
+        std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+        other_.keysUp(keys);
+        ASSERT_TRUE(handleAll());
+        EXPECT_EQ(fired, press);
+    }
+    // Twice in a row, both heard of afterwards.
+    other_.press(keys);
+    other_.press(keys);
+    ASSERT_TRUE(handleAll());
+    EXPECT_EQ(fired, 4);
 }
 
 /// The keyboard's layout is another one for as long as this lives.
