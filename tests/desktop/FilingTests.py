@@ -1,7 +1,8 @@
-"""Tags, pinboards and texts, changed in front of the palette with real keys."""
+"""Tags, pinboards and texts, changed with real keys in front of the palette and after a snip."""
 
 import unittest
 
+from SightTests import READING, SnipCase
 from palette_case import PALETTE, PaletteCase
 from xsession import wait_for
 
@@ -78,6 +79,48 @@ class FilesFromThePalette(PaletteCase):
         wait_for(lambda: not self.session.windows(name=ORGANIZE), what="the form to close")
         self.assertEqual([("kept",)], self.session.query(TAGS))
         self.assertEqual("typed", self.typed.read_text())
+
+
+class FilesAfterASnip(SnipCase):
+    def setUp(self):
+        super().setUp()
+        self.snip_terminal()
+        self.form, = wait_for(lambda: self.session.windows(name=ORGANIZE), READING, "the form")
+        self.before = self.clips()
+        self.assertEqual([("ocr", None, None)], [clip[1:4] for clip in self.before])
+
+    def clips(self):
+        return self.session.query("SELECT text, kind, tags, folder_id, image_path, name, pinned, deleted FROM clips")
+
+    def expect_keys_in_terminal(self):
+        """The form has gone, and what is typed comes to the terminal, which had none of the keys before."""
+        wait_for(lambda: not self.session.windows(name=ORGANIZE), what="the form to close")
+        self.assertEqual(self.terminal, self.session.active_window())
+        self.session.type("back again")
+        wait_for(lambda: self.typed.read_text().endswith("again"), what="the text in the terminal")
+        self.assertEqual("back again", self.typed.read_text())
+
+    def test_return_saves(self):
+        self.session.type("Receipts, ,work")
+        self.session.keys("Tab")
+        self.session.type("Snips/Office")
+        self.session.keys("Return")
+        self.expect_keys_in_terminal()
+        self.assertEqual([(self.before[0][0], "receipts,work", "Snips", "Office")], self.session.query(
+            "SELECT clips.text, clips.tags, above.name, folder.name FROM clips JOIN folders folder ON folder.id = clips.folder_id "
+            "JOIN folders above ON above.id = folder.parent_id"))
+        self.assertEqual(1, self.count())
+
+    def test_skip_leaves_the_clip_as_it_was(self):
+        self.session.type("never")
+        self.session.keys("Tab")
+        self.session.type("Nowhere")
+        x, y, width, height = self.session.geometry(self.form)
+        self.session.click(x + width - 133, y + height - 30)
+        self.expect_keys_in_terminal()
+        self.assertEqual(self.before, self.clips())
+        self.assertEqual([], self.session.query("SELECT name FROM folders"))
+        self.assertTrue(self.images(), "the picture went")
 
 
 if __name__ == "__main__":

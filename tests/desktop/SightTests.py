@@ -80,7 +80,9 @@ class DamagedPicturesAreEndured(SightCase):
         self.wait_found("peppermint teapot")
 
 
-class PartsOfTheScreenAreRead(SightCase):
+class SnipCase(SightCase):
+    """A terminal with a line of words and a code in front; what is typed into it lands in the file `typed`."""
+
     settings = {**SightCase.settings, "showCaptureToasts": False}
 
     def setUp(self):
@@ -90,9 +92,10 @@ class PartsOfTheScreenAreRead(SightCase):
                 for bits in QR_ROWS]
         shown = self.session.folder / "shown"
         shown.write_text("\n\n       marmalade sandwich\n\n" + "\n".join(rows) + "\n")
-        self.drawn = self.session.folder / "drawn"
+        self.drawn, self.typed = (self.session.folder / name for name in ("drawn", "typed"))
+        script = f"stty -icanon -echo; cat {shown}; touch {self.drawn}; exec cat > {self.typed}"
         self.terminal_program = self.session.start("xterm", "-fa", "DejaVu Sans Mono", "-fs", "12", "-bg", "white", "-fg",
-                                                   "black", "-geometry", "56x30+40+40", "-e", "sh", "-c", f"cat {shown}; touch {self.drawn}; exec sleep 1000")
+                                                   "black", "-geometry", "56x30+40+40", "-e", "sh", "-c", script)
         self.terminal = self.session.wait_window(window_class="XTerm")
         wait_for(self.drawn.exists, what="the terminal to be filled")
         self.session.activate(self.terminal)
@@ -137,6 +140,14 @@ class PartsOfTheScreenAreRead(SightCase):
         found = re.search(r"Window shape extents: +(\d+)x(\d+)", shown)
         return (int(found[1]), int(found[2])) if found else (10_000, 10_000)
 
+    def snip_terminal(self):
+        """Drags over what the terminal shows, and lets go."""
+        x, y, width, height = self.session.geometry(self.terminal)
+        self.begin_drag((x + 4, y + 4), (x + width - 8, y + height - 8))
+        self.session.run("xdotool", "mouseup", "1")
+
+
+class PartsOfTheScreenAreRead(SnipCase):
     def tools(self):
         """The capture tools that run in the session."""
         found = []
@@ -160,9 +171,7 @@ class PartsOfTheScreenAreRead(SightCase):
         return self.session.run("xdotool", "search", "--onlyvisible", "--pid", self.program.pid, check=False).split()
 
     def test_a_drag_gives_the_code_and_the_words(self):
-        x, y, width, height = self.session.geometry(self.terminal)
-        self.begin_drag((x + 4, y + 4), (x + width - 8, y + height - 8))
-        self.session.run("xdotool", "mouseup", "1")
+        self.snip_terminal()
         path, source = self.wait_found("marmalade sandwich", "ocr")
         self.assertEqual("Screen OCR", source)
         text = self.session.query("SELECT text FROM clips WHERE kind = 'ocr'")[0][0]
@@ -184,6 +193,7 @@ class PartsOfTheScreenAreRead(SightCase):
         self.assertEqual(1, self.count())
         self.assertEqual([], self.images())
         self.assertEqual(before, self.shown_windows())
+
 
 class ScreenshotsAreTaken(SightCase):
     settings = {**SightCase.settings, "captureScreenshotFiles": True}
