@@ -17,8 +17,9 @@ namespace brimquill::platform {
 struct X11PasteboardOptions {
     /// Empty stands for the environment's DISPLAY.
     std::string display;
-    /// An owner that gives nothing for so long is given up.
-    std::chrono::milliseconds stepDeadline{500};
+    /// An owner that gives nothing for so long is given up. Many make what they offer only when it is asked for: a GTK
+    /// program takes about a second for a picture of 7 megapixels. Nobody but the clipboard's thread waits.
+    std::chrono::milliseconds stepDeadline{5'000};
     /// After so long a read goes on only while it has brought `steadyBytesPerSecond` on the whole.
     std::chrono::milliseconds readBound{10'000};
     std::size_t steadyBytesPerSecond = 1 << 20;

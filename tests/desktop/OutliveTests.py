@@ -1,6 +1,9 @@
 """What was copied can still be pasted when the program that it came from has quit."""
 
 import os
+import pathlib
+import sqlite3
+import time
 import unittest
 
 from CopyTests import png
@@ -128,6 +131,50 @@ class PicturesOutlive(OutliveCase):
     def test_of_a_program_that_is_killed(self):
         self.outlive(lambda owner: owner.process.kill())
         self.expect_no_new_clip(1)
+
+    def test_of_a_gtk_program_that_quits_at_once(self):
+        """It makes the picture's bytes only now, and waits until they are saved."""
+        source = self.session.folder / "picture.png"
+        source.write_bytes(png(2800, 2500, incompressible=True))
+        owner = self.session.start("/usr/bin/python3", pathlib.Path(__file__).parent / "picture_owner.py", source)
+        wait_for(owner.output, what="the copy")
+        owner.process.terminate()
+        owner.wait()
+        stored = pathlib.Path(self.wait_for_row("SELECT image_path FROM clips WHERE kind = 'image'")[0])
+        self.assertEqual(["copied", "quit"], owner.output().splitlines(), owner.error_lines())
+        # GTK writes a picture in a way of its own: it is the dots that have to be the same.
+        pasted = self.session.folder / "pasted.png"
+        pasted.write_bytes(self.session.paste("image/png"))
+        self.assertGreater(pasted.stat().st_size, 20_000_000)
+        self.assertEqual(self.dots(source), self.dots(pasted))
+        self.assertEqual(stored.read_bytes(), pasted.read_bytes())
+        self.expect_no_new_clip(1)
+
+    def dots(self, picture):
+        return self.session.run("convert", picture, "-depth", "8", "rgb:-")
+
+
+class SecretsExpire(OutliveCase):
+    """A secret leaves the clipboard with its clip if it is Brimquill that offers it. It lives for a minute; a date that
+    is nearer, put into its row, counts for what is copied out of the palette from then on."""
+
+    LIFE = 8
+
+    def test_off_the_clipboard(self):
+        owner = self.own("--offer", "UTF8_STRING=482913")
+        self.wait_for_row("SELECT 1 FROM clips WHERE text = '482913' AND expires_at IS NOT NULL")
+        expires_at = time.time() + self.LIFE
+        connection = sqlite3.connect(self.session.database, timeout=30)
+        with connection:
+            connection.execute("UPDATE clips SET expires_at = ?", (expires_at,))
+        connection.close()
+        self.open_palette()
+        self.session.keys("alt+Return")
+        self.wait_closed()
+        owner.wait()
+        self.assertEqual(b"482913", self.session.paste())
+        wait_for(lambda: self.session.paste() == b"", what="the secret to go")
+        self.assertGreaterEqual(time.time(), expires_at - 0.1)
 
 
 if __name__ == "__main__":
