@@ -4,14 +4,15 @@
 #include "BrimquillCore/Foundation/Text.h"
 
 #include <QDrag>
+#include <QGuiApplication>
 #include <QMimeDatabase>
 #include <QPainter>
 #include <QPixmap>
+#include <QPointer>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QUrl>
 
-#include <optional>
 #include <utility>
 
 namespace brimquill {
@@ -66,28 +67,56 @@ QPixmap pictureOf(const QQuickItem& card) {
 
 }  // namespace
 
+std::optional<std::string> draggedFile(const ClipItem& item) {
+    if (item.kind == ClipKind::image) return item.imagePath;
+    if (item.kind != ClipKind::file) return std::nullopt;
+    const auto paths = text::split(item.text, '\n');
+    if (paths.empty()) return std::nullopt;
+    return paths.front();
+}
+
 std::unique_ptr<QMimeData> cardDragData(const ClipItem& item, ClipFile file) {
-    if (file == ClipFile::exists) {
-        if (item.kind == ClipKind::image && item.imagePath) return std::make_unique<PictureData>(*item.imagePath);
-        const auto paths = text::split(item.text, '\n');
-        if (item.kind == ClipKind::file && !paths.empty()) {
-            auto data = std::make_unique<QMimeData>();
-            data->setUrls({QUrl::fromLocalFile(QString::fromStdString(paths.front()))});
-            return data;
-        }
-    }
+    const auto path = file == ClipFile::exists ? draggedFile(item) : std::nullopt;
+    if (path && item.kind == ClipKind::image) return std::make_unique<PictureData>(*path);
     auto data = std::make_unique<QMimeData>();
-    data->setText(QString::fromStdString(item.text));
+    if (path) {
+        data->setUrls({QUrl::fromLocalFile(QString::fromStdString(*path))});
+    } else {
+        data->setText(QString::fromStdString(item.text));
+    }
     return data;
 }
 
-void dragOut(const ClipItem& item, ClipFile file, QQuickItem& card) {
-    if (card.window() == nullptr) return;
+void CardDragger::begin(const ClipItem& item, QQuickItem& card) {
+    if (isDragging_) return;
+    const auto dragLater = [this, alive = std::weak_ptr<bool>(alive_), press = ++presses_, item,
+                            view = QPointer(&card)](ClipFile file) {
+        // Later: the press that began it is still being delivered, and the drag ends only with the button.
+        runLoop_.async([this, alive, press, item, view, file] {
+            if (!alive.expired() && press == presses_ && view) drag(item, file, *view);
+        });
+    };
+    const auto path = draggedFile(item);
+    if (!path) return dragLater(ClipFile::missing);
+    files_.findExisting({*path}, [dragLater, alive = std::weak_ptr<bool>(alive_)](const auto& found) {
+        if (!alive.expired()) dragLater(found.empty() ? ClipFile::missing : ClipFile::exists);
+    });
+}
+
+void CardDragger::drag(const ClipItem& item, ClipFile file, QQuickItem& card) {
+    auto* const window = card.window();
+    // Who has let go already drags nothing; a drag begun then would hang at the pointer.
+    const bool isHeld = QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
+    if (isDragging_ || !isHeld || window == nullptr || !window->isVisible()) return;
+    isDragging_ = true;
+    const std::weak_ptr<bool> alive = alive_;
     // The toolkit owns and ends it.
-    auto* const drag = new QDrag(card.window());
+    auto* const drag = new QDrag(window);
     drag->setMimeData(cardDragData(item, file).release());
     drag->setPixmap(pictureOf(card));
+    // A copy alone: a program that moved the file would take the picture away from the clip.
     drag->exec(Qt::CopyAction);
+    if (!alive.expired()) isDragging_ = false;
 }
 
 }  // namespace brimquill

@@ -196,10 +196,6 @@ void PickerModel::updateFiles(const FileLooker::Found& found) {
     Q_EMIT previewChanged();
 }
 
-ClipFile PickerModel::clipFile(int index) {
-    return fileLooker_.facts(items_[static_cast<std::size_t>(index)]).exists ? ClipFile::exists : ClipFile::missing;
-}
-
 void PickerModel::setPreviewOpen(bool open) {
     previewOpen_ = open;
     Q_EMIT overlaysChanged();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Brimquill/Palette/CardDrag.h"
 #include "Brimquill/Palette/ClipListModel.h"
 #include "Brimquill/Palette/Explorer.h"
 #include "Brimquill/Palette/FileLooker.h"
@@ -90,8 +89,6 @@ public:
     const ClipItem* selectedItem() const;
     /// The marked cards and the focused one, in the order of the strip.
     std::vector<ClipItem> selectedItems() const;
-    /// Whether the files of the card at `index`, which must be there, were there when last seen.
-    ClipFile clipFile(int index);
     void select(int index);
     enum class Extending { no, yes };
     void moveSelection(int delta, Extending extending = Extending::no);

@@ -1,13 +1,11 @@
 #include "Brimquill/Palette/PickerPanelController.h"
 
-#include "Brimquill/Palette/CardDrag.h"
 #include "Brimquill/Palette/Thumbnails.h"
 #include "Brimquill/Surfaces/TourEvents.h"
 #include "BrimquillCore/Foundation/Log.h"
 #include "BrimquillCore/Foundation/Text.h"
 
 #include <QAccessible>
-#include <QGuiApplication>
 #include <QPointer>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -123,7 +121,7 @@ platform::Rect PickerPanelController::frameOnMainScreen() const {
 bool PickerPanelController::handle(const platform::Event& event) {
     // With a panel of ours in front of the palette, the keys are that panel's.
     // During a drag they are the drag's: Escape gives it up.
-    if (!isVisible_ || !panel_->isKey() || isDragging_) return false;
+    if (!isVisible_ || !panel_->isKey() || dragger_.isDragging()) return false;
     if (menu_.isOpen()) {
         menu_.handle(event);
         return true;
@@ -266,16 +264,8 @@ void PickerPanelController::cardFocused(QQuickItem* card) const {
 
 void PickerPanelController::cardDragged(int index, QQuickItem* card) {
     const auto& items = environment_.model.items();
-    if (card == nullptr || isDragging_ || index < 0 || index >= static_cast<int>(items.size())) return;
-    isDragging_ = true;
-    // Later: the press that began it is still being delivered, and the drag ends only with the button.
-    environment_.services.runLoop().async([self = QPointer(this), item = items[static_cast<std::size_t>(index)],
-                                           file = environment_.model.clipFile(index), view = QPointer(card)] {
-        // Who has let go already drags nothing; a drag begun then would hang at the pointer.
-        const bool isHeld = QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
-        if (self && self->isVisible_ && view && isHeld) dragOut(item, file, *view);
-        if (self) self->isDragging_ = false;
-    });
+    if (card == nullptr || index < 0 || index >= static_cast<int>(items.size())) return;
+    dragger_.begin(items[static_cast<std::size_t>(index)], *card);
 }
 
 QString PickerPanelController::pasteboardText() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brimquill/Palette/CardDrag.h"
 #include "Brimquill/Palette/CardMenu.h"
 #include "Brimquill/Palette/CheatSheet.h"
 #include "Brimquill/Palette/PickerActions.h"
@@ -89,10 +90,11 @@ private:
     Environment environment_;
     CheatSheet cheatSheet_;
     CardMenu menu_;
+    CardDragger dragger_{environment_.services.runLoop()};
     std::unique_ptr<PanelView> panel_;
     platform::Token keyMonitor_, outsideClickMonitor_;
     platform::Rect shownFrame_;
-    bool isVisible_ = false, isDragging_ = false;
+    bool isVisible_ = false;
 };
 
 }  // namespace brimquill

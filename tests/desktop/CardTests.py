@@ -4,8 +4,9 @@ import os
 import pathlib
 import unittest
 
+from card_case import CardCase
 from desktop_case import DesktopCase
-from palette_case import PALETTE, PaletteCase
+from palette_case import HOT_KEY, PALETTE, PaletteCase
 from xsession import wait_for
 
 
@@ -23,36 +24,6 @@ library.XSync(display, 0)
 print("owned")
 time.sleep(1000)
 """
-
-
-class CardCase(PaletteCase):
-    def open_palette(self):
-        super().open_palette()
-        window = self.session.windows(name=PALETTE)[0]
-        # Where the cards are is known once the window is on the screen at its place.
-        wait_for(lambda: self.session.geometry(window)[3] >= 280, what="the palette's place")
-        self.left, self.top, _, _ = self.session.geometry(window)
-
-    def card(self, index):
-        """A point in the middle of a card."""
-        return self.left + 14 + 192 * index + 89, self.top + 72 + 93
-
-    def drag(self, start, end):
-        """Presses on a card and moves away as a hand does, in small steps; the button stays down."""
-        self.session.run("xdotool", "mousemove", *start, "mousedown", "1")
-        for step in range(1, 21):
-            x, y = (round(a + (b - a) * step / 20) for a, b in zip(start, end))
-            self.session.run("xdotool", "mousemove", "--sync", x, y)
-            if step == 3:
-                wait_for(self.is_dragging, what="the drag")
-
-    def is_dragging(self):
-        """The picture of the card that hangs at the pointer is a window of its own."""
-        return len(self.session.windows(window_class="brimquill")) > 1
-
-    def release(self):
-        self.session.run("xdotool", "mouseup", "1")
-        wait_for(lambda: not self.is_dragging(), what="the end of the drag")
 
 
 class DragsOutOfThePalette(CardCase):
@@ -104,6 +75,46 @@ class DragsOutOfThePalette(CardCase):
         got = self.drop_card(0, target)
         self.assertEqual(f"file://{path}", got["text/uri-list"])
         self.assertIn("image/png", got)
+
+    def test_files(self):
+        """The first one goes; once that is gone, the text of the clip."""
+        first, second = (self.session.folder / name for name in ("a first.txt", "second.txt"))
+        for path in (first, second):
+            path.write_text("words")
+        self.session.copy(f"{first.as_uri()}\r\n{second.as_uri()}\r\n", "text/uri-list")
+        self.wait_for_row("SELECT 1 FROM clips WHERE kind = 'file'")
+        target, _ = self.start_target()
+        self.open_palette()
+        self.assertEqual(first.as_uri(), self.drop_card(0, target)["text/uri-list"])
+        target.stop()
+        # The palette still shows what it saw before.
+        first.unlink()
+        target, _ = self.start_target()
+        got = self.drop_card(0, target)
+        self.assertNotIn("text/uri-list", got)
+        self.assertEqual(str(first), got["text/plain"])
+
+    def test_a_target_that_ends(self):
+        target, _ = self.start_target()
+        self.open_palette()
+        self.drag(self.card(1), (400, 200))
+        wait_for(lambda: "enter" in target.output(), what="the target to see the drag")
+        target.stop()
+        self.release()
+        self.session.type("apple")
+        self.session.keys("alt+Return")
+        self.wait_closed()
+        wait_for(lambda: self.session.paste() == b"an apple a day", what="the palette to have copied")
+
+    def test_a_palette_that_closes(self):
+        self.open_palette()
+        self.drag(self.card(1), (400, 200))
+        self.session.keys(HOT_KEY)
+        self.wait_closed()
+        self.release()
+        self.open_palette()
+        self.session.keys("Escape")
+        self.wait_closed()
 
     def test_escape_gives_it_up(self):
         editor = self.start_editor("mousepad", "[Mm]ousepad")
