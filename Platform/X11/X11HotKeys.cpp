@@ -45,7 +45,11 @@ X11HotKeys::X11HotKeys(xcb_connection_t* interface, X11Connection& connection, X
     : interface_(interface), connection_(connection), input_(input), runLoop_(runLoop) {
     QCoreApplication::instance()->installNativeEventFilter(this);
     inputToken_ = input_.observe([this](const X11RawInput::Input& seen) {
-        if (seen.kind == X11RawInput::Input::Kind::keyRelease) keyReleased(seen.detail, seen.serverTime);
+        if (seen.kind != X11RawInput::Input::Kind::keyPress) return;
+        constexpr std::size_t kept = 16;
+        auto& times = pressed_[seen.detail];
+        times.push_back(seen.serverTime);
+        if (times.size() > kept) times.pop_front();
     });
     mappingToken_ = input_.observeMapping([this] {
         constexpr double untilBurstIsOver = 0.1;
@@ -124,25 +128,15 @@ bool X11HotKeys::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
     return keyPressed(*reinterpret_cast<const xcb_key_press_event_t*>(event));
 }
 
-void X11HotKeys::keyReleased(std::uint8_t keycode, std::uint32_t time) {
-    constexpr std::size_t kept = 16;
-    auto& times = released_[keycode];
-    times.push_back(time);
-    if (times.size() > kept) times.pop_front();
-}
-
-/// The releases come by another connection, maybe before the presses that they follow are heard of here: the times
-/// tell. Where releases cannot be seen, a repeat is told by its haste.
+/// The server makes the repeats of a key that is held, so the raw input has none of them: a press that it has, of the
+/// same moment, is a real one, however late it is heard of here. Without raw input a repeat is told by its haste.
 bool X11HotKeys::isRepeat(std::uint8_t keycode, std::uint32_t before, std::uint32_t now) const {
     constexpr std::uint32_t longestRepeat = 700;
     if (before == 0) return false;
     if (!input_.isAvailable()) return now - before < longestRepeat;
-    const auto released = released_.find(keycode);
-    // By differences, for the server's time starts anew after seven weeks.
-    return released == released_.end() ||
-           std::none_of(released->second.begin(), released->second.end(), [=](std::uint32_t time) {
-               return static_cast<std::int32_t>(time - before) >= 0 && static_cast<std::int32_t>(now - time) >= 0;
-           });
+    const auto pressed = pressed_.find(keycode);
+    return pressed == pressed_.end() ||
+           std::find(pressed->second.begin(), pressed->second.end(), now) == pressed->second.end();
 }
 
 /// The window is not compared: while one of our panels holds the keyboard, the same press goes to the panel.
@@ -153,7 +147,7 @@ bool X11HotKeys::keyPressed(const xcb_key_press_event_t& press) {
     });
     if (found == grabs_.end()) return false;
     input_.catchUp();
-    const auto before = std::exchange(pressed_[press.detail], press.time);
+    const auto before = std::exchange(heard_[press.detail], press.time);
     if (!isRepeat(press.detail, before, press.time)) {
         runLoop_.async([handler = found->second.handler] { handler(); });
     }

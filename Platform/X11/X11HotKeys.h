@@ -37,7 +37,6 @@ private:
     bool grabKeys(const Grab& grab);
     void ungrabKeys(const Grab& grab);
     void regrab();
-    void keyReleased(std::uint8_t keycode, std::uint32_t time);
     bool isRepeat(std::uint8_t keycode, std::uint32_t before, std::uint32_t now) const;
 
     xcb_connection_t* interface_;
@@ -46,10 +45,10 @@ private:
     RunLoop& runLoop_;
     std::map<int, Grab> grabs_;
     int nextId_ = 1;
-    /// When each key last went down for a hot key, and when it came up the last few times, in the server's time: a
-    /// further press of one that did not come up in between is a repeat.
-    std::map<std::uint8_t, std::uint32_t> pressed_;
-    std::map<std::uint8_t, std::deque<std::uint32_t>> released_;
+    /// When each key last went down for a hot key, repeats included, and when it was really pressed the last few times,
+    /// in the server's time.
+    std::map<std::uint8_t, std::uint32_t> heard_;
+    std::map<std::uint8_t, std::deque<std::uint32_t>> pressed_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Token inputToken_, mappingToken_, regrabTimer_;
 };
