@@ -4,7 +4,6 @@
 #include "BrimquillCore/ClipStore.h"
 
 #include <functional>
-#include <utility>
 
 namespace brimquill {
 
@@ -12,8 +11,8 @@ namespace brimquill {
 class EditPanelController final {
 public:
     /// All must outlive it.
-    EditPanelController(ClipStore& store, FormPanel::Environment environment)
-        : store_(store), runLoop_(environment.runLoop), panel_(std::move(environment)) {}
+    EditPanelController(ClipStore& store, const FormPanel::Environment& environment)
+        : store_(store), runLoop_(environment.runLoop), panel_(environment) {}
 
     /// Shows the panel for a stored clip. `onDone` is called once the panel has closed, saved or not; never when
     /// another `show` took its place.

@@ -4,7 +4,6 @@
 #include "Brimquill/Surfaces/OrganizeView.h"
 
 #include <functional>
-#include <utility>
 
 namespace brimquill {
 
@@ -12,8 +11,8 @@ namespace brimquill {
 class TagPanelController final {
 public:
     /// All must outlive it.
-    TagPanelController(ClipStore& store, FormPanel::Environment environment)
-        : store_(store), panel_(std::move(environment)) {}
+    TagPanelController(ClipStore& store, const FormPanel::Environment& environment)
+        : store_(store), panel_(environment) {}
 
     /// Shows the panel for a stored clip, the caret in the given field. `onDone` is called once the panel has closed,
     /// saved or not; never when another `show` took its place.
