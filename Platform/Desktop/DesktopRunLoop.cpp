@@ -8,7 +8,7 @@
 #include <QThread>
 #include <QTimer>
 
-#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -44,7 +44,7 @@ private:
 
 /// Background work gives way to everything else on the machine. Niceness is a thread's own here.
 void lowerPriorityOfThisThread() {
-    static thread_local const bool lowered = setpriority(PRIO_PROCESS, 0, 10) == 0;
+    static thread_local const int lowered = nice(10);
     static_cast<void>(lowered);
 }
 

@@ -25,7 +25,6 @@ constexpr rlim_t addressSpace = RLIM_INFINITY;
 #else
 constexpr rlim_t addressSpace = rlim_t{3} << 30;
 #endif
-constexpr int lowPriority = 10;
 
 /// Decoders and the engine print what they think of a picture; the answers go out on a descriptor of their own.
 int claimAnswers() {
@@ -59,6 +58,7 @@ int main(int argc, char** argv) {
     const int answers = claimAnswers();
     const QCoreApplication application(argc, argv);  // finds the image format plug-ins
     brimquill::helpers::PictureReader reader;
+    const int lowPriority = getpriority(PRIO_PROCESS, 0) + 10;
     for (std::string line; std::getline(std::cin, line);) {
         const auto request = nlohmann::json::parse(line, nullptr, false);
         if (!request.is_object() || !request.contains("path") || !request["path"].is_string()) return 2;
