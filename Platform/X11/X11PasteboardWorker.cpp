@@ -98,9 +98,11 @@ void X11PasteboardWorker::run() {
     while (!ending_ && connection_.alive()) {
         runTasks();
         expire();
-        bool busy = dispatchEvents();
-        busy |= transfer_.pump();
-        // Replies that were waited for leave events in memory that no poll would show: sleep only after a pass without.
+        bool busy = transfer_.pump();
+        // Sending and waiting for replies both take in events that no poll would show: sleep only when there were none
+        // after everything was sent.
+        xcb_flush(connection_.xcb());
+        busy |= dispatchEvents();
         if (!busy) sleep();
     }
     if (!ending_) {
@@ -268,7 +270,6 @@ void X11PasteboardWorker::expire() {
 }
 
 void X11PasteboardWorker::sleep() {
-    xcb_flush(connection_.xcb());
     std::optional<Clock::time_point> until = readAgainAt_;
     for (const auto& deadline : {transfer_.deadline(), sender_.deadline(), heir_.deadline()})
         if (deadline) until = until ? std::min(*until, *deadline) : *deadline;
