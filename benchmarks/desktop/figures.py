@@ -275,6 +275,11 @@ class Figures:
             database.execute(f"UPDATE clips SET folder_id = id % {pinboards} + 1, tags = 'tag' || id % {tags}")
 
     def capture(self):
+        """What has to be read before a clip is written grows with the store, so also over few clips."""
+        self.time_captures()
+        self.on_another(Figures(self.build, clips=FEW_CLIPS), "time_captures")
+
+    def time_captures(self):
         self.start_program()
         owner = subprocess.Popen([self.binaries / "selection_peer", "own", "--changes", str(ROUNDS), "--every", "300"],
                                  env=self.session.environment, stdout=subprocess.PIPE, text=True)
@@ -295,7 +300,7 @@ class Figures:
         owner.wait()
         newest = self.statement(f"SELECT {COLUMNS} FROM clips WHERE name IS NULL AND deleted = 0 "
                                 "ORDER BY pinned DESC, created_at DESC LIMIT 1")
-        self.tell("owner change to row committed", times, "ms",
+        self.tell(f"owner change to row committed, {self.clips} clips", times, "ms",
                   f"SQLite's own commit: {self.commit():.1f}, the statement that finds the newest clip: {newest:.1f}")
         self.stop_program()
 
