@@ -14,14 +14,14 @@ namespace {
 std::string fullTextQuery(const std::string& query) {
     auto terms = text::split(query, ' ');
     for (auto& term : terms)
-        term = '"' + term + "\"*";
+        term.insert(0, 1, '"').append("\"*");
     return text::join(terms, " ");
 }
 
 std::string fullTextSql(int limit) {
     auto columns = text::split(sqlite::clipColumns, ',');
     for (auto& column : columns)
-        column = "c." + text::trimmedBlanks(column);
+        column = std::string("c.").append(text::trimmedBlanks(column));
     return "SELECT " + text::join(columns, ", ") +
            "\nFROM clips_fts f JOIN clips c ON c.id = f.rowid\n"
            "WHERE clips_fts MATCH ? AND c.deleted = 0\n"

@@ -254,7 +254,7 @@ std::string ClipboardWatcher::newPicturePath(const char* extension) const {
     return (environment_.store.imagesDirectory / ("clip-" + text::uppercased(makeUuid()) + extension)).string();
 }
 
-void ClipboardWatcher::showToast(CaptureToast::Content content) {
+void ClipboardWatcher::showToast(const CaptureToast::Content& content) {
     if (environment_.settings.showCaptureToasts()) environment_.toast.show(content);
 }
 

@@ -88,7 +88,7 @@ private:
     void didCapture(ClipKind kind);
     void refreshItems();
     std::string newPicturePath(const char* extension) const;
-    void showToast(CaptureToast::Content content);
+    void showToast(const CaptureToast::Content& content);
 
     Environment environment_;
     ClipboardKeeper keeper_;

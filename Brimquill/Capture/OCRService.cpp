@@ -11,9 +11,9 @@
 
 namespace brimquill {
 
-OCRService::OCRService(Environment environment) : environment_(std::move(environment)) {}
+OCRService::OCRService(Environment environment) : environment_(environment) {}
 
-void OCRService::captureAndRecognize(std::function<void(std::optional<ClipItem>)> completion) {
+void OCRService::captureAndRecognize(const std::function<void(std::optional<ClipItem>)>& completion) {
     const auto target =
         (environment_.store.imagesDirectory / ("ocr-" + text::uppercased(makeUuid()) + ".png")).string();
     const auto captured = [weak = std::weak_ptr(self_), target, completion] {

@@ -35,7 +35,7 @@ public:
 
     /// Lets the user snip the screen; what can be read there becomes a clip and lies on the pasteboard. The completion
     /// gets the clip, or nothing when the user cancelled or nothing could be read.
-    void captureAndRecognize(std::function<void(std::optional<ClipItem>)> completion);
+    void captureAndRecognize(const std::function<void(std::optional<ClipItem>)>& completion);
 
     /// The completion always runs, later, with the payloads of barcodes and then the lines of text, a line each; empty
     /// when there are none.

@@ -31,8 +31,7 @@ public:
         platform::ScreenCapture& desktop;
     };
 
-    explicit ScreenshotWatcher(Environment environment)
-        : environment_(std::move(environment)), work_(environment_.runLoop) {}
+    explicit ScreenshotWatcher(Environment environment) : environment_(environment), work_(environment_.runLoop) {}
 
     /// Called whenever the clips changed.
     std::function<void()> onCapture;

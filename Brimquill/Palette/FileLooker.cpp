@@ -53,7 +53,7 @@ FileFacts FileLooker::facts(const ClipItem& item) {
     if (key.empty()) return {.exists = item.kind != ClipKind::file, .pictureSize = {}};
     const auto found = known_.find(key);
     const bool isRecent = found != known_.end() && runLoop_.uptime() - found->second.seen < recentSeconds;
-    const auto facts = found == known_.end() ? FileFacts{} : found->second.facts;
+    auto facts = found == known_.end() ? FileFacts{} : found->second.facts;
     if (!isRecent) {
         wanted_.insert(std::move(key));
         look();

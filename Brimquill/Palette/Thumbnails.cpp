@@ -145,8 +145,8 @@ QQuickImageResponse* SourceIcons::requestImageResponse(const QString& id, const 
         return cache_.image(QStringLiteral("%1 %2").arg(size).arg(bundleIdentifier), [&] {
             const auto icon = workspace_.icon(bundleIdentifier.toStdString(), size);
             if (!icon || icon->rgba.empty()) return noIcon();
-            return QImage(icon->rgba.data(), icon->width, icon->height, icon->width * 4, QImage::Format_RGBA8888)
-                .copy();
+            const qsizetype bytesPerLine = qsizetype{icon->width} * 4;
+            return QImage(icon->rgba.data(), icon->width, icon->height, bytesPerLine, QImage::Format_RGBA8888).copy();
         });
     });
 }

@@ -16,14 +16,14 @@ void DoubleTapCommandMonitor::start() {
 }
 
 void DoubleTapCommandMonitor::handle(const platform::Event& event) {
-    if (event.type == platform::EventType::keyDown) {
+    const bool isKey = event.type == platform::EventType::keyDown;
+    const bool isCommandAlone = event.modifiers == platform::Modifiers{.command = true};
+    if (isKey || (event.modifiers.command && !isCommandAlone)) {
         interrupted_ = true;
-    } else if (event.modifiers == platform::Modifiers{.command = true}) {
-        if (!commandWasDown_) commandPressed();
-    } else if (event.modifiers.command) {
-        interrupted_ = true;
-    } else {
+    } else if (!isCommandAlone) {
         commandWasDown_ = false;
+    } else if (!commandWasDown_) {
+        commandPressed();
     }
 }
 

@@ -15,7 +15,7 @@ constexpr platform::Rect frameWithoutScreen{0, 0, 1200, 800};
 
 }  // namespace
 
-FormPanel::FormPanel(Environment environment) : environment_(std::move(environment)) {}
+FormPanel::FormPanel(Environment environment) : environment_(environment) {}
 
 FormPanel::~FormPanel() = default;
 

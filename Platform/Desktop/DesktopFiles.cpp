@@ -27,7 +27,7 @@ std::vector<std::filesystem::path> applicationDirectories() {
     std::string shared = environment("XDG_DATA_DIRS");
     if (shared.empty()) shared = "/usr/local/share:/usr/share";
     std::vector<std::filesystem::path> directories;
-    for (const std::string& directory : text::split(home + ":" + shared, ':')) {
+    for (const std::string& directory : text::split(home.append(":").append(shared), ':')) {
         directories.emplace_back(std::filesystem::path(directory) / "applications");
     }
     return directories;

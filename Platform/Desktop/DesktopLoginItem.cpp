@@ -34,8 +34,8 @@ std::string programPath() {
     return QCoreApplication::applicationFilePath().toStdString();
 }
 
-DesktopLoginItem::DesktopLoginItem(std::filesystem::path autostartDirectory, std::string program)
-    : entry_(std::move(autostartDirectory) / "brimquill.desktop"), program_(std::move(program)) {}
+DesktopLoginItem::DesktopLoginItem(const std::filesystem::path& autostartDirectory, std::string program)
+    : entry_(autostartDirectory / "brimquill.desktop"), program_(std::move(program)) {}
 
 bool DesktopLoginItem::isEnabled() const {
     constexpr std::size_t longest = 1 << 16;

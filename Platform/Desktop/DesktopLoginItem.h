@@ -14,7 +14,7 @@ std::string programPath();
 class DesktopLoginItem final : public LoginItem {
 public:
     /// `program` is the absolute path of what to start.
-    DesktopLoginItem(std::filesystem::path autostartDirectory, std::string program);
+    DesktopLoginItem(const std::filesystem::path& autostartDirectory, std::string program);
 
     bool isEnabled() const override;
     std::optional<std::string> setEnabled(bool enabled) override;

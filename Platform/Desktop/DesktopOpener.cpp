@@ -38,7 +38,7 @@ QString iconFile(const QString& name, int size) {
     }
     if (!best.isEmpty()) return best;
     for (const char* suffix : {".png", ".svg", ".xpm"}) {
-        const QString file = QStringLiteral("/usr/share/pixmaps/") + name + QLatin1String(suffix);
+        QString file = QStringLiteral("/usr/share/pixmaps/") + name + QLatin1String(suffix);
         if (QFile::exists(file)) return file;
     }
     return {};

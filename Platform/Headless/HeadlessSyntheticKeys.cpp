@@ -40,7 +40,7 @@ void HeadlessSyntheticKeys::setStrokeHandler(std::function<void(const Stroke&)> 
     handler_ = std::move(handler);
 }
 
-bool HeadlessSyntheticKeys::record(Stroke stroke) {
+bool HeadlessSyntheticKeys::record(const Stroke& stroke) {
     std::function<void(const Stroke&)> handler;
     {
         const std::lock_guard lock(mutex_);

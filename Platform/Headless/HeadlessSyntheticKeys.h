@@ -35,7 +35,7 @@ public:
     bool type(const std::string& text) override;
 
 private:
-    bool record(Stroke stroke);
+    bool record(const Stroke& stroke);
 
     mutable std::mutex mutex_;
     std::vector<Stroke> strokes_;

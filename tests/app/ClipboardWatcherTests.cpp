@@ -61,13 +61,13 @@ protected:
 
     std::vector<std::string> recognized;
     std::string words = "words in it";
-    ClipboardWatcher watcher{
-        {store, settings, pasteService, toast,
-         [this](const std::string& path, platform::QualityOfService, std::function<void(std::string)> completion) {
-             recognized.push_back(path);
-             world.runLoop().asyncAfter(0.5, [this, completion] { completion(words); });
-         },
-         center, world.pasteboard(), world.workspace(), world.eventMonitors(), world.runLoop()}};
+    ClipboardWatcher watcher{{store, settings, pasteService, toast,
+                              [this](const std::string& path, platform::QualityOfService,
+                                     const std::function<void(std::string)>& completion) {
+                                  recognized.push_back(path);
+                                  world.runLoop().asyncAfter(0.5, [this, completion] { completion(words); });
+                              },
+                              center, world.pasteboard(), world.workspace(), world.eventMonitors(), world.runLoop()}};
 };
 
 TEST_F(AppFixture, TheFirstListMayBeReadBeforeTheStart) {
@@ -240,7 +240,7 @@ TEST_F(ClipboardWatcherTest, KeepsPicturesInPrivateFiles) {
 
 TEST_F(ClipboardWatcherTest, StoresNothingOfPicturesThatCannotBeRead) {
     ForeignCopy damaged;
-    damaged.data["public.tiff"] = bytes("II*\0no picture");
+    damaged.data["public.tiff"] = bytes(std::string("II*\0no picture", 14));
     world.copy(damaged);
     world.copy(copyOf({.filePaths = {(directory.path() / "gone.gif").string()}}));
     world.copy(copyOf({}));

@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace brimquill {
 namespace {
 
@@ -79,7 +81,7 @@ protected:
         world.advance(1);
         return store.insert(text, kind, {.app = app, .bundleId = {}})->id;
     }
-    std::vector<ClipItem> answers(PickerQuery query, std::vector<std::int64_t> stack = {}) {
+    std::vector<ClipItem> answers(const PickerQuery& query, const std::vector<std::int64_t>& stack = {}) {
         return pickerItems(store, query, stack, world.runLoop().now());
     }
     std::vector<std::string> texts(const PickerQuery& query, const std::vector<std::int64_t>& stack = {}) {
@@ -174,9 +176,8 @@ class ScopeCatalogTest : public AppFixture {
 protected:
     ScopeCatalog catalog{store, world.defaults()};
     std::vector<std::string> keys(const std::vector<PickerFilter>& filters) {
-        std::vector<std::string> result;
-        for (const auto& filter : filters)
-            result.push_back(key(filter));
+        std::vector<std::string> result(filters.size());
+        std::transform(filters.begin(), filters.end(), result.begin(), [](const auto& filter) { return key(filter); });
         return result;
     }
     void tag(const std::vector<std::string>& tags) {

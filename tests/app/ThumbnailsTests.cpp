@@ -20,7 +20,7 @@ protected:
             for (int x = 0; x < size.width() / 2; ++x)
                 image.setPixelColor(x, y, Qt::red);
         }
-        const auto path = directory_.filePath(QStringLiteral("picture.") + QLatin1String(format));
+        auto path = directory_.filePath(QStringLiteral("picture.") + QLatin1String(format));
         EXPECT_TRUE(image.save(path, format));
         return path;
     }

@@ -15,9 +15,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 std::vector<std::string> names(const std::vector<Emoji>& rows) {
-    std::vector<std::string> result;
-    for (const auto& row : rows)
-        result.push_back(row.name);
+    std::vector<std::string> result(rows.size());
+    std::transform(rows.begin(), rows.end(), result.begin(), [](const auto& row) { return row.name; });
     return result;
 }
 

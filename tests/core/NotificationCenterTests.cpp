@@ -12,7 +12,6 @@ namespace brimquill {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class NotificationCenterTest : public ::testing::Test {
 protected:
@@ -119,10 +118,10 @@ TEST_F(NotificationCenterTest, CancellingWaitsForACallOnAnotherThread) {
 
 TEST_F(NotificationCenterTest, ThreadsMayPostRegisterAndCancelAtOnce) {
     std::atomic<int> calls = 0;
-    std::vector<std::thread> threads;
+    std::vector<std::thread> threads(4);
     const auto steady = center.observe("n", nullptr, [&calls](const auto&) { ++calls; });
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([this] {
+    for (auto& thread : threads) {
+        thread = std::thread([this] {
             for (int round = 0; round < 500; ++round) {
                 const auto brief = center.observe("n", nullptr, [](const auto&) {});
                 center.post({"n", nullptr, {}});

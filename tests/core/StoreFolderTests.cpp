@@ -114,10 +114,10 @@ TEST_F(StoreFolders, CycleFromElsewhereHangsNothing) {
 
 TEST_F(StoreFolders, NoMoveEverMakesACycle) {
     std::mt19937 random(11);
-    std::vector<std::int64_t> ids;
+    std::vector<std::int64_t> ids(12);
     std::map<std::int64_t, std::int64_t> parents;  // 0 is the top level
-    for (int count = 0; count < 12; ++count)
-        ids.push_back(store.folder("f" + std::to_string(count)).id);
+    for (std::size_t at = 0; at < ids.size(); ++at)
+        ids[at] = store.folder("f" + std::to_string(at)).id;
     const auto isAtOrBelow = [&parents](std::int64_t id, std::int64_t ancestor) {
         for (; id != 0; id = parents[id]) {
             if (id == ancestor) return true;

@@ -9,9 +9,6 @@
 namespace brimquill::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 class StoreRetention : public StoreTest {
 protected:
     bool isKept(std::int64_t id) { return !store.clip(id)->deleted; }

@@ -39,7 +39,7 @@ QString picture(const QString& directory, const QString& name, QSize size, bool 
     painter.setBrush(sky);
     painter.setPen(Qt::NoPen);
     painter.drawEllipse(image.rect().adjusted(2, 2, -2, -2));
-    const auto path = directory + QLatin1Char('/') + name;
+    auto path = directory + QLatin1Char('/') + name;
     image.save(path);
     return path;
 }
@@ -140,7 +140,7 @@ private:
     }
 
     void addIcon() {
-        platform::Image icon{18, 18, platform::Bytes(18 * 18 * 4, 255)};
+        platform::Image icon{18, 18, platform::Bytes(std::size_t{18} * 18 * 4, 255)};
         for (std::size_t at = 0; at < icon.rgba.size(); at += 4)
             icon.rgba[at] = 30;
         world_.workspace().setIcon("org.example.editor", icon);

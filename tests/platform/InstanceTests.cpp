@@ -43,7 +43,7 @@ protected:
         return eventually([&] { return told(process).contains(word); });
     }
     static QByteArray told(QProcess& process) {
-        const auto more = process.property("told").toByteArray() + process.readAllStandardOutput();
+        auto more = process.property("told").toByteArray() + process.readAllStandardOutput();
         process.setProperty("told", more);
         return more;
     }

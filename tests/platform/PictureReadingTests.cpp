@@ -118,7 +118,7 @@ protected:
     }
     /// A picture file of a format that Qt reads but does not write.
     std::string converted(const std::string& arguments, const QString& name) const {
-        const auto target = path(name).toStdString();
+        auto target = path(name).toStdString();
         EXPECT_EQ(runCommand("convert " + arguments + " " + target), 0);
         return target;
     }

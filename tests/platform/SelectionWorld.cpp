@@ -28,6 +28,7 @@ Process::Process(const std::vector<std::string>& command, const std::string& env
     std::vector<std::string> guarded{"setpriv", "--pdeathsig", "KILL"};
     guarded.insert(guarded.end(), command.begin(), command.end());
     std::vector<char*> words;
+    words.reserve(guarded.size() + 1);
     for (const std::string& word : guarded)
         words.push_back(const_cast<char*>(word.c_str()));
     words.push_back(nullptr);

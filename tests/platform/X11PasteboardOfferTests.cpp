@@ -96,7 +96,7 @@ TEST_F(X11PasteboardOffer, TransferUnderWayEndsWellAfterTheClipboardWasLost) {
            .png = std::make_shared<const Bytes>(pattern(20'000'000)),
            .gif = nullptr});
     const auto requestor = world_.peer({"get", "image/png"});
-    ASSERT_TRUE(world_.waitFor([&] { return !requestor->output().empty() || world_.pasted("TARGETS").size() > 0; }));
+    ASSERT_TRUE(world_.waitFor([&] { return !requestor->output().empty() || !world_.pasted("TARGETS").empty(); }));
     const auto other = world_.peer({"own", "--offer", "UTF8_STRING=other"});
     EXPECT_TRUE(world_.waitFor([&] { return world_.pasteboard().string() == "other"; }));
     const int status = requestor->wait();

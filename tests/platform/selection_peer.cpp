@@ -434,13 +434,13 @@ Options parse(const std::vector<std::string>& words) {
     std::size_t next = 1;
     if (words[0] == "get" && words.size() > 1) options.target = words[next++];
     while (next < words.size()) {
-        const std::string option = words[next++];
+        const std::string& option = words[next++];
         if (option == "--hang") {
             options.hangs = true;
             continue;
         }
         if (next == words.size()) std::exit(64);
-        const std::string value = words[next++];
+        const std::string& value = words[next++];
         const std::size_t equals = value.find('='), at = value.find('@');
         const std::string name = value.substr(0, value.rfind('=')), rest = value.substr(value.rfind('=') + 1);
         if (option == "--selection") options.selection = value;
