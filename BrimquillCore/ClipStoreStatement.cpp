@@ -1,5 +1,6 @@
 #include "BrimquillCore/ClipStoreStatement.h"
 
+#include "BrimquillCore/Foundation/Log.h"
 #include "BrimquillCore/Foundation/Text.h"
 
 #include <fcntl.h>
@@ -28,6 +29,12 @@ void makeDatabasePrivate(const std::filesystem::path& file) {
     struct stat status {};
     if (::stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return;
     ::chmod(file.c_str(), status.st_mode & S_IRWXU);
+}
+
+/// A query that makes no sense to the full-text index is an everyday error; a full disk is not.
+void logTrouble(sqlite3* handle) {
+    if ((sqlite3_errcode(handle) & 0xff) == SQLITE_ERROR) return;
+    log::write(std::string("the database of clips reports: ") + sqlite3_errmsg(handle));
 }
 
 }  // namespace
@@ -136,12 +143,16 @@ Statement& Statement::bindNull() {
 }
 
 bool Statement::step() {
-    return statement_ && sqlite3_step(statement_) == SQLITE_ROW;
+    if (!statement_) return false;
+    const int result = sqlite3_step(statement_);
+    isDone_ = result == SQLITE_DONE;
+    if (result != SQLITE_ROW && !isDone_) logTrouble(handle_);
+    return result == SQLITE_ROW;
 }
 
 std::int64_t Statement::runInsert() {
     run();
-    return sqlite3_last_insert_rowid(handle_);
+    return isDone_ ? sqlite3_last_insert_rowid(handle_) : 0;
 }
 
 bool Statement::isNull(int column) const {

@@ -95,11 +95,13 @@ public:
     Statement& bind(std::optional<Date> date);
     Statement& bindBlob(std::string_view bytes);
 
-    /// Goes to the next row; false after the last one, or on an error.
+    /// Goes to the next row; false after the last one, or on an error. Errors of the database itself, such as a full
+    /// disk, are logged.
     bool step();
-    /// Steps a statement that writes. Its failure goes unreported.
+    /// Steps a statement that writes. Its failure is not told to the caller.
     void run() { step(); }
-    /// Runs an INSERT and gives the connection's last row id.
+    /// Runs an INSERT and gives the new row's id. 0, which no row has, when it failed: the last row's id would let the
+    /// caller change what stands there in the belief that it is new.
     std::int64_t runInsert();
 
     // The current row. NULL reads as "", 0 or absent. Views last until the next step.
@@ -120,6 +122,7 @@ private:
     sqlite3* handle_;
     sqlite3_stmt* statement_ = nullptr;
     int parameter_ = 0;
+    bool isDone_ = false;
 };
 
 /// The rows that are left, and the first of them. An error reads as the end.

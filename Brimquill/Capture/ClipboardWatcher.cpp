@@ -3,6 +3,7 @@
 #include "Brimquill/Capture/PictureFile.h"
 #include "Brimquill/Surfaces/TourEvents.h"
 #include "BrimquillCore/Foundation/Files.h"
+#include "BrimquillCore/Foundation/Log.h"
 #include "BrimquillCore/Foundation/Text.h"
 #include "BrimquillCore/Foundation/Uuid.h"
 #include "BrimquillCore/SecretDetector.h"
@@ -11,7 +12,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace brimquill {
@@ -41,8 +44,14 @@ std::optional<std::string> subtitle(const ClipStore::Source& source, const char*
     return "From " + *source.app + ending;
 }
 
-bool writeBytes(const std::string& path, const platform::Bytes& bytes) {
-    return files::writePrivateFile(path, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+bool writePicture(const std::string& path, std::string_view bytes) {
+    if (files::writePrivateFile(path, bytes)) return true;
+    log::write("a copied picture cannot be written to " + path + ": " + std::generic_category().message(errno));
+    return false;
+}
+
+bool writePicture(const std::string& path, const platform::Bytes& bytes) {
+    return writePicture(path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
 }
 
 }  // namespace
@@ -161,7 +170,7 @@ void ClipboardWatcher::captureGifFile(const std::string& path, const Source& sou
     work_.add(
         [path, target] {
             const auto bytes = files::readFile(path, maximumGifSize);
-            return bytes && files::writePrivateFile(target, *bytes);
+            return bytes && writePicture(target, *bytes);
         },
         [this, target, source] { storePicture(target, source, "GIF captured", false); });
 }
@@ -195,7 +204,7 @@ void ClipboardWatcher::captureImage(const Source& source) {
     using namespace platform;
     if (const SharedBytes gif = environment_.pasteboard.data(pasteboard_type::gif)) {
         const std::string target = newPicturePath(".gif");
-        return work_.add([gif, target] { return writeBytes(target, *gif); },
+        return work_.add([gif, target] { return writePicture(target, *gif); },
                          [this, target, source] { storePicture(target, source, "GIF captured", false); });
     }
     const SharedBytes png = environment_.pasteboard.data(pasteboard_type::png);
@@ -205,9 +214,9 @@ void ClipboardWatcher::captureImage(const Source& source) {
     // A large picture takes long to convert and to write: that is done beside, so that keys are answered meanwhile.
     work_.add(
         [png, other, target] {
-            if (png) return writeBytes(target, *png);
+            if (png) return writePicture(target, *png);
             const auto converted = PictureFile::pngFrom(*other);
-            return converted && writeBytes(target, *converted);
+            return converted && writePicture(target, *converted);
         },
         [this, target, source] { storePicture(target, source, "Image captured", true); });
 }

@@ -1,3 +1,4 @@
+#include "BrimquillCore/Foundation/Log.h"
 #include "tests/core/StoreFixture.h"
 
 #include <gmock/gmock.h>
@@ -9,7 +10,9 @@
 namespace brimquill::test {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
 using ::testing::SizeIs;
@@ -26,6 +29,21 @@ TEST_F(StoreWrites, InsertStoresWhatItReturns) {
     EXPECT_EQ(clip->sourceBundleId, "com.editor");
     EXPECT_THAT(clip->uuid, MatchesRegex("[0-9a-f-]{36}"));
     EXPECT_EQ(store.clip(clip->uuid), clip);
+}
+
+TEST_F(StoreWrites, FailedInsertGivesTheIdOfNoClip) {
+    std::vector<std::string> lines;
+    const auto before = log::setSink([&lines](std::string_view line) { lines.emplace_back(line); });
+    const auto kept = insertText("kept");
+    for (const std::string table : {"clips", "folders"})
+        database.run("CREATE TRIGGER refuse_" + table + " BEFORE INSERT ON " + table +
+                     " BEGIN SELECT RAISE(ABORT, 'no room'); END");
+    for (const auto id : {store.insert("", ClipKind::image)->id, store.createSnippet("name", "text", {}, {}),
+                          store.folder("folder").id})
+        EXPECT_EQ(id, 0);
+    log::setSink(before);
+    EXPECT_THAT(lines, Contains(HasSubstr("no room")));
+    EXPECT_THAT(store.allClips(), ElementsAre(*store.clip(kept)));
 }
 
 TEST_F(StoreWrites, RepeatOfTheNewestTextOnlyMovesUpInSilence) {
