@@ -1,5 +1,6 @@
 """What is copied in other programs comes into the hoard."""
 
+import os
 import pathlib
 import random
 import struct
@@ -59,6 +60,9 @@ class CopiesOfText(DesktopCase):
 
     def test_a_terminal_copy_counts_only_when_it_was_asked_for(self):
         terminal = self.select_in_terminal("selected-by-mouse", "true")
+        # Who asks for it to be saved has the answer once it is decided whether it counts, while the terminal is in front.
+        self.session.run(os.environ["SELECTION_PEER"], "get", "SAVE_TARGETS", "--selection", "CLIPBOARD_MANAGER",
+                         check=False)
         terminal.stop()
         wait_for(lambda: not self.session.client_windows(), what="the terminal to go")
         self.select_in_terminal("asked-for", "false")
