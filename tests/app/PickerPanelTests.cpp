@@ -1,6 +1,5 @@
-#include "Brimquill/Palette/PickerPanelController.h"
 #include "Brimquill/Surfaces/TourEvents.h"
-#include "tests/app/AppFixture.h"
+#include "tests/app/PaletteFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -10,7 +9,7 @@ namespace {
 using platform::Delivery;
 namespace key = platform::key;
 
-class PickerPanelTest : public AppFixture {
+class PickerPanelTest : public PaletteFixture {
 protected:
     PickerPanelTest() {
         for (const char* text : {"three", "two", "one"}) {
@@ -19,23 +18,12 @@ protected:
         }
     }
 
-    PickerModel model{{store, center, world.runLoop(), world.defaults(), [] { return std::vector<std::int64_t>{}; }}};
-    PickerActions actions{{model, store, pasteService, settings, world.workspace(), hud,
-                           [](const std::string& text) { return "<" + text + ">"; }}};
-    ViewHost views{settings, world.appearance(), world.panels()};
-    StackManager stack{store, pasteService, hud, world.defaults()};
-    FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop(), world.eventMonitors()};
-    TagPanelController tagPanel{store, forms};
-    EditPanelController editPanel{store, forms};
-    PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel, stack}};
-
     platform::Rect shownFrame() {
         auto frame = world.panels().visible().at(0)->frame;
         const double shadow = (frame.height - PickerPanelController::panelHeight) / 2;
         return {frame.x + shadow, frame.y + shadow, frame.width - 2 * shadow, frame.height - 2 * shadow};
     }
     Delivery escape() { return world.press(key::escape); }
-    std::string onPasteboard() { return world.pasteboard().string().value_or("nothing"); }
 };
 
 TEST_F(PickerPanelTest, StandsAlongTheBottomOfTheScreen) {

@@ -1,9 +1,4 @@
-#include "Brimquill/Palette/PickerPanelController.h"
-#include "tests/app/AppFixture.h"
-
-#include <QGuiApplication>
-#include <QQuickItem>
-#include <QQuickView>
+#include "tests/app/PaletteFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -18,18 +13,8 @@ namespace key = platform::key;
 constexpr platform::Modifiers command{.command = true}, shift{.shift = true};
 
 /// The palette as it is worked with: by keys and clicks, from one appearance to the next.
-class PickerSessionTest : public AppFixture {
+class PickerSessionTest : public PaletteFixture {
 protected:
-    PickerModel model{{store, center, world.runLoop(), world.defaults(), [] { return std::vector<std::int64_t>{}; }}};
-    PickerActions actions{{model, store, pasteService, settings, world.workspace(), hud,
-                           [](const std::string& text) { return "<" + text + ">"; }}};
-    ViewHost views{settings, world.appearance(), world.panels()};
-    FormPanel::Environment forms{views, world.screens(), world.pasteboard(), world.runLoop(), world.eventMonitors()};
-    TagPanelController tagPanel{store, forms};
-    EditPanelController editPanel{store, forms};
-    StackManager stack{store, pasteService, hud, world.defaults()};
-    PickerPanelController palette{{model, actions, world, settings, views, center, tagPanel, editPanel, stack}};
-
     std::int64_t copy(const std::string& text, ClipKind kind = ClipKind::text) {
         world.advance(1);
         return store.insert(text, kind)->id;
@@ -45,7 +30,6 @@ protected:
             texts.push_back(item.text);
         return texts;
     }
-    std::string onPasteboard() { return world.pasteboard().string().value_or("nothing"); }
     /// The number of ⌘V sent to the program below.
     std::size_t pastes() {
         world.advance(0.2);
@@ -200,31 +184,6 @@ TEST_F(PickerSessionTest, OverlaysAndTheTypeOutliveAnAppearanceTheSheetsQueryDoe
         EXPECT_EQ(world.press(key::escape), Delivery::swallowed);
     EXPECT_TRUE(palette.isVisible());
     EXPECT_FALSE(model.isFiltered());
-}
-
-TEST_F(PickerSessionTest, TheFirstCardIsFocusedAgainAfterAQueryFoundNothing) {
-    copyAll({"c", "b", "a"});
-    palette.show();
-    const auto windows = QGuiApplication::allWindows();
-    const auto found = std::find_if(windows.begin(), windows.end(),
-                                    [](const QWindow* window) { return window->title() == u"Brimquill Palette"; });
-    ASSERT_NE(found, windows.end());
-    const QQuickItem* strip = nullptr;
-    for (const auto* item : qobject_cast<QQuickView*>(*found)->rootObject()->findChildren<QQuickItem*>()) {
-        if (item->property("model").value<QObject*>() == model.cards()) strip = item;
-    }
-    ASSERT_NE(strip, nullptr);
-    const auto focusedInView = [&] { return strip->property("currentIndex").toInt(); };
-    EXPECT_EQ(focusedInView(), 0);
-    model.setSearchText("no such clip");
-    model.setSearchText("");
-    EXPECT_EQ(focusedInView(), 0);
-    world.press(key::right);
-    world.press(key::right);
-    EXPECT_EQ(focusedInView(), 2);
-    model.setSearchText("a");
-    model.setSearchText("");
-    EXPECT_EQ(focusedInView(), 0);
 }
 
 }  // namespace

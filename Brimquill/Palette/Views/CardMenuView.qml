@@ -2,16 +2,14 @@ import QtQuick
 import "qrc:/brimquill/Views"
 
 // The menu of a card. What lies around it waits: a click there closes the menu and does nothing else.
-MouseArea {
+PointerShield {
     id: root
 
     required property var menu
 
-    acceptedButtons: Qt.LeftButton | Qt.RightButton | Qt.MiddleButton
-    hoverEnabled: true
     visible: menu.open
-    onPressed: menu.close()
-    onWheel: {}
+    // Not before the button is up: what is hidden under a pressed button gives its click away.
+    onReleased: menu.close()
 
     Rectangle {
         id: body
@@ -31,7 +29,7 @@ MouseArea {
         Accessible.name: "Clip"
 
         // Between the rows a click is no outside click.
-        MouseArea { anchors.fill: parent; acceptedButtons: root.acceptedButtons }
+        PointerShield {}
 
         Column {
             id: rows

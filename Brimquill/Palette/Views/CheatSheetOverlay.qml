@@ -10,7 +10,7 @@ FocusScope {
         color: Theme.dim
         radius: Theme.panelRadius
 
-        TapHandler { onTapped: picker.cheatSheetOpen = false }
+        PointerShield { onClicked: picker.cheatSheetOpen = false }
     }
     Rectangle {
         anchors.centerIn: parent
@@ -21,7 +21,7 @@ FocusScope {
         Accessible.role: Accessible.Dialog
         Accessible.name: heading.text
 
-        TapHandler {}
+        PointerShield {}
 
         Text {
             id: heading

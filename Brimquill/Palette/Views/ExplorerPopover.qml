@@ -36,12 +36,7 @@ FocusScope {
         border.color: Theme.edge
 
         // The cards below it are out of the pointer's reach.
-        MouseArea {
-            anchors.fill: parent
-            hoverEnabled: true
-            acceptedButtons: Qt.AllButtons
-            onWheel: wheel => wheel.accepted = true
-        }
+        PointerShield {}
     }
     Symbol {
         id: glass

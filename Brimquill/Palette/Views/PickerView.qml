@@ -10,9 +10,12 @@ PanelSurface {
     required property var cheatSheet
     required property var settings
 
+    function makeExplorer() {
+        explorerLoader.active = true
+    }
     function placeFocus() {
         if (picker.explorer.open) {
-            explorerLoader.active = true
+            makeExplorer()
             explorerLoader.item.takeFocus()
         } else if (cheatSheetLoader.item) {
             cheatSheetLoader.item.forceActiveFocus()
@@ -27,6 +30,12 @@ PanelSurface {
         width: parent.width
         height: parent.height
 
+        // Below the bars, for these tell over the cards what their buttons are for.
+        PickerCardStrip {
+            id: strip
+
+            anchors { left: parent.left; right: parent.right; top: typeBar.bottom; topMargin: 4 }
+        }
         PickerTopBar {
             id: topBar
 
@@ -36,11 +45,6 @@ PanelSurface {
             id: typeBar
 
             anchors { left: parent.left; leftMargin: Theme.panelPadding; top: topBar.bottom; topMargin: 2 }
-        }
-        PickerCardStrip {
-            id: strip
-
-            anchors { left: parent.left; right: parent.right; top: typeBar.bottom; topMargin: 4 }
         }
         PickerHintBar {
             anchors {
@@ -77,8 +81,9 @@ PanelSurface {
 
             Connections {
                 target: picker.explorer.rows
+                // A list that is made while its model tells of rows would count them twice.
                 function onRowsInserted() {
-                    explorerLoader.active = true
+                    Qt.callLater(root.makeExplorer)
                 }
             }
         }

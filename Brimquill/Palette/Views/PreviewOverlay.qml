@@ -10,7 +10,7 @@ Rectangle {
     Accessible.role: Accessible.Dialog
     Accessible.name: picker.preview.title ?? ""
 
-    TapHandler { onTapped: picker.previewOpen = false }
+    PointerShield { onClicked: picker.previewOpen = false }
 
     Rectangle {
         anchors.centerIn: parent
@@ -19,7 +19,7 @@ Rectangle {
         radius: 20
         color: Theme.cardBody
 
-        TapHandler {}
+        PointerShield {}
 
         Rectangle {
             id: badge
