@@ -6,6 +6,7 @@
 #include <QCursor>
 #include <QKeyEvent>
 
+#include <cctype>
 #include <utility>
 
 namespace brimquill::platform {
@@ -135,7 +136,7 @@ bool LocalMonitors::send(const Event& event) {
 }
 
 bool LocalMonitors::eventFilter(QObject* watched, QEvent* event) {
-    if (!watched->isWindowType()) return false;
+    if (!watched->isWindowType() || isPassing_) return false;
     const auto type = event->type();
     if (type == QEvent::MouseButtonPress) {
         Event clicked;
@@ -153,7 +154,22 @@ bool LocalMonitors::eventFilter(QObject* watched, QEvent* event) {
     Event translated = changesModifiers ? eventFromQt(pressed) : translate_(pressed);
     translated.type = changesModifiers ? EventType::flagsChanged : EventType::keyDown;
     translated.uptime = uptime();
-    return send(translated);
+    return send(translated) || passesWithControl(watched, pressed, translated);
+}
+
+bool LocalMonitors::passesWithControl(QObject* window, const QKeyEvent& pressed, const Event& said) {
+    if (!pressed.modifiers().testFlag(Qt::MetaModifier) || said.type != EventType::keyDown) return false;
+    int key = pressed.key();
+    // On a keyboard of another script the letter of the Latin one, as the toolkit has it for Control.
+    if (const auto& text = said.charactersIgnoringModifiers; text.size() == 1) {
+        key = std::toupper(static_cast<unsigned char>(text.front()));
+    }
+    const auto modifiers = (pressed.modifiers() & ~Qt::MetaModifier) | Qt::ControlModifier;
+    QKeyEvent chord(QEvent::KeyPress, key, modifiers, QString(), pressed.isAutoRepeat());
+    isPassing_ = true;
+    QCoreApplication::sendEvent(window, &chord);
+    isPassing_ = false;
+    return true;
 }
 
 }  // namespace brimquill::platform

@@ -2,6 +2,9 @@
 #include "Platform/Desktop/LimitedDesktop.h"
 #include "tests/platform/Desktop.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QKeySequence>
 #include <QTemporaryDir>
 #include <QWindow>
 
@@ -54,6 +57,37 @@ TEST_F(LimitedDesktopTest, WhatTheToolkitCanDoWorks) {
     panel->close();
     EXPECT_FALSE(panel->isVisible());
     EXPECT_FALSE(panel->isKey());
+}
+
+/// Notes what would reach a field.
+class NotingWindow final : public QWindow {
+public:
+    std::string noted;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        noted += QKeySequence(event->keyCombination()).toString().toStdString() + "|" + event->text().toStdString() + " ";
+    }
+};
+
+TEST_F(LimitedDesktopTest, SuperReachesAFieldAsControlAndTypesNothing) {
+    NotingWindow window;
+    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text) {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
+        QCoreApplication::sendEvent(&window, &event);
+        return std::exchange(window.noted, {});
+    };
+    int seen = 0;
+    const Token monitor = desktop_.eventMonitors().addLocalMonitor(EventMask::keyDown, [&](const Event& event) {
+        ++seen;
+        return event.charactersIgnoringModifiers == "f";
+    });
+    EXPECT_EQ(press(Qt::Key_V, Qt::MetaModifier, QStringLiteral("v")), "Ctrl+V| ");
+    EXPECT_EQ(press(Qt::Key_Z, Qt::MetaModifier | Qt::ShiftModifier, QStringLiteral("Z")), "Ctrl+Shift+Z| ");
+    EXPECT_EQ(press(Qt::Key_Left, Qt::MetaModifier, {}), "Ctrl+Left| ");
+    EXPECT_EQ(press(Qt::Key_V, {}, QStringLiteral("v")), "V|v ");
+    EXPECT_EQ(press(Qt::Key_F, Qt::MetaModifier, QStringLiteral("f")), "") << "swallowed";
+    EXPECT_EQ(seen, 5) << "each is seen once";
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ Item {
     }
 
     Keys.onPressed: event => {
-        const held = (event.modifiers & (Qt.ControlModifier | Qt.MetaModifier)) !== 0
+        const held = (event.modifiers & Qt.ControlModifier) !== 0
         if (event.key === Qt.Key_Escape) {
             model.cancel()
             event.accepted = true
