@@ -13,6 +13,8 @@ Date startOfDay(Date date) {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(zone.release(), status));
     if (U_FAILURE(status)) return date;
+    // Where the clocks go back over midnight the day begins at the first of the two.
+    calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
     calendar->setTime(date.seconds * U_MILLIS_PER_SECOND, status);
     for (const auto field : {UCAL_HOUR_OF_DAY, UCAL_MINUTE, UCAL_SECOND, UCAL_MILLISECOND})
         calendar->set(field, 0);

@@ -108,6 +108,7 @@ TEST(Calendar, DayStartsAtLocalMidnightOrTheFirstMomentThereIs) {
              Case{"Europe/Berlin", 1699916399.999, 1699830000},
              Case{"Europe/Berlin", 1711890000, 1711839600},      // the day of the change to summer time
              Case{"America/Sao_Paulo", 1541340000, 1541300400},  // a day without midnight
+             Case{"America/Havana", 1699203600, 1699156800},     // a day with two midnights
              Case{"Asia/Kolkata", 0.5, -19800},
          }) {
         const ScopedVariable variable("TZ", zone);
