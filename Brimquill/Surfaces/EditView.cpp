@@ -6,6 +6,7 @@
 #include <QQuickTextDocument>
 #include <QTextDocument>
 
+#include <algorithm>
 #include <utility>
 
 namespace brimquill {
@@ -15,10 +16,19 @@ namespace {
 constexpr int quicklyCounted = 20000;
 constexpr double countDelay = 0.2;
 
+/// How a text ends its lines, if it does so in one way.
+QString lineEndOf(const std::string& text) {
+    const auto ends = std::count(text.begin(), text.end(), '\n');
+    std::ptrdiff_t pairs = 0;
+    for (auto at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n", at + 2))
+        ++pairs;
+    return ends > 0 && pairs == ends ? QStringLiteral("\r\n") : QStringLiteral("\n");
+}
+
 }  // namespace
 
 EditView::EditView(ClipItem item, ClipStore& store, platform::RunLoop& runLoop)
-    : item_(std::move(item)), store_(store), runLoop_(runLoop), count_(text::characterCount(item_.text)) {
+    : item_(std::move(item)), store_(store), runLoop_(runLoop), lineEnd_(lineEndOf(item_.text)), count_(text::characterCount(item_.text)) {
     const auto extent = TextExtent::of(QString::fromStdString(item_.text));
     isEditable_ = extent.isEditable();
     hasWords_ = extent.hasWords();
@@ -64,12 +74,13 @@ void EditView::recount() {
     Q_EMIT statusChanged();
 }
 
-/// As the document holds it: its own way to plain text turns no-break spaces into blanks.
+/// As the document holds it, which knows one end of a line alone; and its own way to plain text turns no-break spaces
+/// into blanks.
 std::string EditView::editedText() const {
     if (!isEditable_ || !isEdited_ || !document_) return item_.text;
     QString raw = document_->toRawText();
-    raw.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
-    raw.replace(QChar::LineSeparator, QLatin1Char('\n'));
+    raw.replace(QChar::ParagraphSeparator, lineEnd_);
+    raw.replace(QChar::LineSeparator, lineEnd_);
     return raw.toStdString();
 }
 

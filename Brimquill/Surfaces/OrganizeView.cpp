@@ -12,6 +12,12 @@ namespace {
 /// More than a line can hold.
 constexpr std::size_t previewLimit = 200;
 
+/// A path of nothing but slashes names none.
+bool namesPinboard(const std::string& path) {
+    const auto parts = text::split(path, '/');
+    return std::any_of(parts.begin(), parts.end(), [](const auto& part) { return !text::trimmed(part).empty(); });
+}
+
 }  // namespace
 
 OrganizeView::OrganizeView(ClipItem item, Field initialFocus, Wording wording, ClipStore& store)
@@ -39,12 +45,11 @@ void OrganizeView::save() {
         pieces.push_back(text::trimmed(piece));
     store_.setTags(item_.id, pieces);
     const auto path = text::trimmed(folderName.toStdString());
-    std::optional<std::int64_t> folderId;
-    if (!path.empty()) {
-        // A path of nothing but slashes names no pinboard.
-        if (const auto folder = store_.folder(path); folder.id != 0) folderId = folder.id;
+    if (!namesPinboard(path)) {
+        store_.setFolder(item_.id, std::nullopt);
+    } else if (const auto folder = store_.folder(path); folder.id != 0) {
+        store_.setFolder(item_.id, folder.id);
     }
-    store_.setFolder(item_.id, folderId);
     Q_EMIT done();
 }
 

@@ -111,6 +111,8 @@ TEST_F(FilingTest, TheEditedTextIsStoredAsItStands) {
         {"as it\r\nwas\xC2\xA0!", "", "as it\r\nwas\xC2\xA0!", "11 characters"},
         {"hard\xC2\xA0space", "!", "!hard\xC2\xA0space", "11 characters"},
         {"two\nlines", "a\n", "a\ntwo\nlines", "11 characters"},
+        {"from\r\nelsewhere\r\n", "a\n", "a\r\nfrom\r\nelsewhere\r\n", "17 characters"},
+        {"mixed\r\nup\n", "a\n", "a\nmixed\nup\n", "11 characters"},
         {"", "👩‍👩‍👧‍👦🇩🇪", "👩‍👩‍👧‍👦🇩🇪", "2 characters"},
         {"e\xCC\x81", "\xE2\x80\xA8", "\ne\xCC\x81", "2 characters"},
     };
