@@ -22,6 +22,10 @@ std::string counted(std::size_t count, const char* noun) {
     return std::to_string(count) + " " + noun;
 }
 
+std::string characters(const std::string& text) {
+    return counted(text::characterCount(text), "characters");
+}
+
 void describeFiles(Card& card, const ClipItem& item, const FileFacts& files) {
     const auto paths = text::split(item.text, '\n');
     const bool isThere = files.exists && !paths.empty();
@@ -32,7 +36,7 @@ void describeFiles(Card& card, const ClipItem& item, const FileFacts& files) {
 }
 
 void describeText(Card& card, const ClipItem& item) {
-    card.footer = counted(text::characterCount(item.text), "characters");
+    card.footer = characters(item.text);
     if (const auto color = item.hexColor()) {
         card.body = CardBody::color;
         card.text = *color;
@@ -52,22 +56,21 @@ Card makeCard(const ClipItem& item, CardStyle& style, Date now, const FileFacts&
     card.isPinned = item.pinned;
     card.expires = item.expiresAt.has_value();
     card.sourceBundleId = item.sourceBundleId.value_or("");
+    card.age = CardStyle::age(item.createdAt, now);
     if (item.id < 0) {
         card.body = CardBody::emoji;
         card.text = item.text;
         card.caption = item.name.value_or("");
+        card.footer = characters(item.text);
+    } else if (item.kind == ClipKind::file) {
+        describeFiles(card, item, files);
+    } else if (item.kind == ClipKind::image && item.imagePath) {
+        card.body = CardBody::image;
+        card.imagePath = *item.imagePath;
+        card.text = beginning(item.preview());
+        card.footer = files.pictureSize;
     } else {
-        card.age = CardStyle::age(item.createdAt, now);
-        if (item.kind == ClipKind::file) {
-            describeFiles(card, item, files);
-        } else if (item.kind == ClipKind::image && item.imagePath) {
-            card.body = CardBody::image;
-            card.imagePath = *item.imagePath;
-            card.text = beginning(item.preview());
-            card.footer = files.pictureSize;
-        } else {
-            describeText(card, item);
-        }
+        describeText(card, item);
     }
     card.accessibleName = card.header.title + ", " + (card.body == CardBody::emoji ? card.caption : card.text);
     return card;

@@ -272,7 +272,7 @@ QVariantMap PickerModel::previewForView() {
     auto text = item->kind == ClipKind::image  ? item->text
                 : item->kind == ClipKind::file ? item->text
                                                : item->preview();
-    if (text.size() > previewLimit) text = text::prefix(text, previewLimit) + "…";
+    if (auto beginning = text::prefix(text, previewLimit); beginning.size() < text.size()) text = beginning + "…";
     return {{QStringLiteral("title"), QString::fromStdString(header.title)},
             {QStringLiteral("fill"), QString::fromStdString(header.color.fill)},
             {QStringLiteral("onFill"), QString::fromStdString(header.color.onFill)},

@@ -91,6 +91,10 @@ TEST_F(CardStyleTest, CardsDecideWhatTheyShow) {
     EXPECT_EQ(colour.body, CardBody::color);
     EXPECT_EQ(colour.swatch.onFill, "#1C1D21");
     EXPECT_EQ(card(clip(ClipKind::text, "👩‍👩‍👧‍👦é")).footer, "2 characters");
+    auto emoji = clip(ClipKind::text, "👍");
+    emoji.id = -1;
+    EXPECT_EQ(card(emoji).footer, "1 characters");
+    EXPECT_EQ(card(emoji).age, "16m");
     std::string family;
     for (int n = 0; n < 5000; ++n)
         family += "👩‍👩‍👧‍👦";

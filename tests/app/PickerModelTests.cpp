@@ -166,6 +166,22 @@ TEST_F(PickerModelTest, AScopeThatIsNoMoreGivesWay) {
     EXPECT_EQ(scopeKey(), "app:gone") << "never in the catalog, so never missed there";
 }
 
+TEST_F(PickerModelTest, ThePreviewSaysThatThereIsMoreWhereThereIs) {
+    const auto previewOf = [&](int letters) {
+        std::string text;
+        while (letters-- > 0)
+            text += "é";
+        world.advance(1);
+        store.insert(text, ClipKind::text);
+        model.reset();
+        model.setPreviewOpen(true);
+        return model.property("preview").toMap().value(QStringLiteral("text")).toString();
+    };
+    constexpr int limit = 20000;
+    EXPECT_EQ(previewOf(limit), QString(limit, u'é'));
+    EXPECT_EQ(previewOf(limit + 1), QString(limit, u'é') + u'…');
+}
+
 TEST_F(PickerModelTest, CopiedAndArrivedCardsStandOutForAMoment) {
     fill(2);
     const auto role = [&](int row, int which) {
