@@ -62,8 +62,8 @@ std::size_t lineCount(const std::string& text) {
 }  // namespace
 
 CardStyle::CardStyle(ClipStore& store, NotificationCenter& center) : store_(store) {
-    observation_ =
-        center.observe(ClipStore::didChangeNotification, &store, [this](const Notification&) { folders_.reset(); });
+    observation_ = center.observe(ClipStore::didChangeNotification, &store,
+                                  [this](const Notification&) { foldersAreStale_.store(true); });
 }
 
 std::optional<CardColor> CardStyle::named(std::string_view name) {
@@ -178,7 +178,8 @@ CardColor CardStyle::color(const PickerFilter& filter) {
 }
 
 const FolderTree& CardStyle::folders() {
-    if (!folders_) folders_ = FolderTree(store_.folders());
+    // Asked before reading: what is written meanwhile counts for the next time.
+    if (foldersAreStale_.exchange(false) || !folders_) folders_ = FolderTree(store_.folders());
     return *folders_;
 }
 

@@ -4,6 +4,7 @@
 #include "BrimquillCore/ClipStore.h"
 #include "BrimquillCore/FolderTree.h"
 
+#include <atomic>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,6 +53,8 @@ private:
 
     ClipStore& store_;
     std::optional<FolderTree> folders_;
+    /// Set on the thread that wrote.
+    std::atomic<bool> foldersAreStale_ = false;
     NotificationCenter::Observation observation_;
 };
 
