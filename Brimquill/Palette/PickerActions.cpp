@@ -50,8 +50,8 @@ std::optional<std::string> openableUrl(const ClipItem& item) {
 void PickerActions::deliver(const std::vector<ClipItem>& items, Delivery delivery) {
     if (items.empty()) return;
     const bool thenPaste = delivery == Delivery::paste;
-    const auto done = [thenPaste, &hud = environment_.hud] {
-        if (!thenPaste) hud.show("Copied", "checkmark.circle.fill");
+    const auto done = [thenPaste, &hud = environment_.hud](PasteService::Outcome outcome) {
+        if (!thenPaste && outcome == PasteService::Outcome::asAsked) hud.show("Copied", "checkmark.circle.fill");
     };
     if (items.size() == 1) {
         environment_.paste.paste(items.front(), thenPaste, done);

@@ -42,7 +42,7 @@ void PasteService::paste(const ClipItem& item, bool thenPaste, Done done) {
 }
 
 /// What is pasted first must be on the pasteboard first, however long its files take.
-void PasteService::inTurn(Done turn) {
+void PasteService::inTurn(Turn turn) {
     if (isWaitingForFiles_) {
         waiting_.push_back(std::move(turn));
     } else {
@@ -50,9 +50,9 @@ void PasteService::inTurn(Done turn) {
     }
 }
 
-void PasteService::endTurn(const Done& done) {
+void PasteService::endTurn(const Done& done, Outcome outcome) {
     isWaitingForFiles_ = false;
-    if (done) done();
+    if (done) done(outcome);
     while (!isWaitingForFiles_ && !waiting_.empty()) {
         const auto turn = std::move(waiting_.front());
         waiting_.pop_front();
@@ -64,12 +64,12 @@ void PasteService::begin(const ClipItem& item, bool thenPaste, const Done& done)
     ++pasteCount_;
     if (item.kind == ClipKind::file) return pasteFiles(item, thenPaste, done);
     if (item.kind == ClipKind::image && item.imagePath) return pastePicture(item, thenPaste, done);
-    pasteItemText(item, thenPaste);
-    if (done) done();
+    const auto outcome = pasteItemText(item, thenPaste);
+    if (done) done(outcome);
 }
 
-void PasteService::pasteItemText(const ClipItem& item, bool thenPaste) {
-    finish({.string = item.isSnippet() ? environment_.expand(item.text) : item.text}, thenPaste,
+PasteService::Outcome PasteService::pasteItemText(const ClipItem& item, bool thenPaste) {
+    return finish({.string = item.isSnippet() ? environment_.expand(item.text) : item.text}, thenPaste,
            soonestSecret({&item, 1}));
 }
 
@@ -79,12 +79,13 @@ void PasteService::pasteFiles(const ClipItem& item, bool thenPaste, const Done& 
                                                        done](const std::vector<std::string>& paths) {
         const auto self = weak.lock();
         if (!self) return;
+        auto outcome = Outcome::troubleTold;
         if (paths.empty()) {
             (*self)->environment_.hud.show("Original file no longer exists", "questionmark.folder");
         } else {
-            (*self)->finish({.filePaths = paths}, thenPaste);
+            outcome = (*self)->finish({.filePaths = paths}, thenPaste);
         }
-        (*self)->endTurn(done);
+        (*self)->endTurn(done, outcome);
     });
 }
 
@@ -99,17 +100,12 @@ void PasteService::pastePicture(const ClipItem& item, bool thenPaste, const Done
             return (*self)->files_.read(path, [weak, path, thenPaste, done](const platform::SharedBytes& bytes) {
                 const auto again = weak.lock();
                 if (!again) return;
-                (*again)->pasteBytes(path, bytes, thenPaste);
-                (*again)->endTurn(done);
+                (*again)->endTurn(done, (*again)->pasteBytes(path, bytes, thenPaste));
             });
         }
-        if (found.empty()) {
-            // What was read off a picture whose file has gone is pasted, without a word.
-            (*self)->pasteItemText(item, thenPaste);
-        } else {
-            (*self)->finish({.string = found.front()}, thenPaste);
-        }
-        (*self)->endTurn(done);
+        // What was read off a picture whose file has gone is pasted, without a word.
+        (*self)->endTurn(done, found.empty() ? (*self)->pasteItemText(item, thenPaste)
+                                             : (*self)->finish({.string = found.front()}, thenPaste));
     });
 }
 
@@ -118,12 +114,13 @@ bool PasteService::isTerminalInFront() const {
     return front && front->bundleIdentifier && terminalBundleIds().contains(*front->bundleIdentifier);
 }
 
-void PasteService::pasteBytes(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste) {
+PasteService::Outcome PasteService::pasteBytes(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste) {
     if (bytes && text::lowercased(path).ends_with(".gif"))
         return finish({.filePaths = {path}, .gif = bytes}, thenPaste);
     if (bytes && isPng(*bytes)) return finish({.filePaths = {path}, .png = bytes}, thenPaste);
     environment_.pasteboard.write({});
     if (bytes) pasteConverted(path, bytes, thenPaste);
+    return Outcome::asAsked;
 }
 
 /// A picture that is no PNG is made one beside the main thread, which it may take long.
@@ -149,17 +146,19 @@ void PasteService::write(const platform::PasteboardContents& contents, std::opti
 void PasteService::pasteText(const std::string& text, bool thenPaste, std::optional<Secret> secret, Done done) {
     inTurn([this, text, thenPaste, secret, done = std::move(done)] {
         ++pasteCount_;
-        finish({.string = text}, thenPaste, secret);
-        if (done) done();
+        const auto outcome = finish({.string = text}, thenPaste, secret);
+        if (done) done(outcome);
     });
 }
 
-void PasteService::finish(const platform::PasteboardContents& contents, bool thenPaste, std::optional<Secret> secret) {
+PasteService::Outcome PasteService::finish(const platform::PasteboardContents& contents, bool thenPaste,
+                                           std::optional<Secret> secret) {
     write(contents, secret);
-    if (thenPaste) sendCmdVIfAllowed();
+    return thenPaste ? sendCmdVIfAllowed() : Outcome::asAsked;
 }
 
-void PasteService::sendCmdVIfAllowed() {
+PasteService::Outcome PasteService::sendCmdVIfAllowed() {
+    auto outcome = Outcome::asAsked;
     if (environment_.accessibility.isProcessTrusted()) {
         environment_.runLoop.asyncAfter(pasteDelay, [weak = std::weak_ptr<PasteService*>(self_)] {
             if (const auto self = weak.lock()) (*self)->sendCmdV();
@@ -167,8 +166,10 @@ void PasteService::sendCmdVIfAllowed() {
     } else {
         environment_.accessibility.isProcessTrustedWithPrompt();
         environment_.hud.show("Copied — press ⌘V (grant Accessibility to auto-paste)", "hand.raised");
+        outcome = Outcome::troubleTold;
     }
     environment_.center.post({TourEvents::didPaste, this, {}});
+    return outcome;
 }
 
 void PasteService::sendCmdV() {

@@ -50,7 +50,10 @@ public:
 
     explicit PasteService(Environment environment);
 
-    using Done = std::function<void()>;
+    /// How a paste went. With `troubleTold` it did not go as it was asked for, and the HUD says so: who has something
+    /// to say of a success keeps silent.
+    enum class Outcome { asAsked, troubleTold };
+    using Done = std::function<void(Outcome)>;
 
     /// Puts `item` on the pasteboard; with `thenPaste`, pastes it too as soon as the user's program has the keyboard,
     /// or tells the user to, where the system does not let us press keys. What cannot be put there changes nothing, but
@@ -74,23 +77,24 @@ public:
     const std::optional<Secret>& selfWriteSecret() const { return selfWriteSecret_; }
 
 private:
-    void inTurn(Done turn);
-    void endTurn(const Done& done);
+    using Turn = std::function<void()>;
+    void inTurn(Turn turn);
+    void endTurn(const Done& done, Outcome outcome);
     void begin(const ClipItem& item, bool thenPaste, const Done& done);
-    void pasteItemText(const ClipItem& item, bool thenPaste);
+    Outcome pasteItemText(const ClipItem& item, bool thenPaste);
     void pasteFiles(const ClipItem& item, bool thenPaste, const Done& done);
     void pastePicture(const ClipItem& item, bool thenPaste, const Done& done);
     bool isTerminalInFront() const;
-    void pasteBytes(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste);
+    Outcome pasteBytes(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste);
     void pasteConverted(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste);
-    void finish(const platform::PasteboardContents& contents, bool thenPaste, std::optional<Secret> secret = {});
-    void sendCmdVIfAllowed();
+    Outcome finish(const platform::PasteboardContents& contents, bool thenPaste, std::optional<Secret> secret = {});
+    Outcome sendCmdVIfAllowed();
     void sendCmdV();
 
     Environment environment_;
     PasteFiles files_;
     /// What came while a file was looked at, in its order.
-    std::deque<Done> waiting_;
+    std::deque<Turn> waiting_;
     bool isWaitingForFiles_ = false;
     int selfWriteChangeCount_ = 0;
     std::optional<Secret> selfWriteSecret_;

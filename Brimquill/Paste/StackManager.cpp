@@ -47,7 +47,8 @@ void StackManager::pasteNext() {
         itemIds_.erase(itemIds_.begin());
         persist();
         if (!clip || clip->deleted) continue;
-        pasteService_.paste(*clip, true, [count, &hud = hud_] {
+        pasteService_.paste(*clip, true, [count, &hud = hud_](PasteService::Outcome outcome) {
+            if (outcome == PasteService::Outcome::troubleTold) return;
             hud.show(count < 2 ? "Stack finished" : "Pasted — " + std::to_string(count - 1) + " left in stack",
                      "square.stack.3d.up");
         });

@@ -146,10 +146,10 @@ TEST_F(PasteServiceTest, KeepsTheOrderOfWhatIsAskedForWhileADiskIsSlow) {
                        center, [](const std::string& text) { return text; }});
     const std::string path = file("a"), png = image("p.png", "PNG");
     std::vector<std::string> done;
-    slow.paste(clip(ClipKind::file, path), true, [&] { done.emplace_back("file"); });
-    slow.paste(clip(ClipKind::image, "", png), false, [&] { done.emplace_back("picture"); });
-    slow.paste(clip(ClipKind::text, "text"), true, [&] { done.emplace_back("text"); });
-    slow.pasteText("several", false, {}, [&] { done.emplace_back("several"); });
+    slow.paste(clip(ClipKind::file, path), true, [&](auto) { done.emplace_back("file"); });
+    slow.paste(clip(ClipKind::image, "", png), false, [&](auto) { done.emplace_back("picture"); });
+    slow.paste(clip(ClipKind::text, "text"), true, [&](auto) { done.emplace_back("text"); });
+    slow.pasteText("several", false, {}, [&](auto) { done.emplace_back("several"); });
     world.advance(1);
     EXPECT_TRUE(world.pasteboard().written().empty());
     EXPECT_TRUE(world.syntheticKeys().posted().empty()) << "no key before there is something to paste";
