@@ -93,17 +93,25 @@ void AppDelegate::registerHotKeys() {
         palette_.toggle();
     });
     hotKeys_.registerHotKey(key::v, Modifiers{.command = true, .option = true}, "⌥⌘V stack",
-                            [this] { stack_.pasteNext(); });
+                            [this] { pasteNextFromStack(); });
     hotKeys_.registerHotKey(key::two, Modifiers{.command = true, .shift = true}, "⇧⌘2 OCR", [this] {
         log::write("OCR hotkey fired");
         snip();
     });
 }
 
+/// What is pasted is for the application below, not for the palette's own field.
+void AppDelegate::pasteNextFromStack() {
+    palette_.close();
+    stack_.pasteNext();
+}
+
 /// The program's own panels are out of the way, and have let go of the keyboard, before the screen is captured.
 void AppDelegate::snip() {
     palette_.close();
     tagPanel_.close();
+    editPanel_.setAside();
+    ++snipsUnderWay_;
     ocr_.captureAndRecognize([self = QPointer(this)](const std::optional<ClipItem>& captured) {
         if (self) self->finishSnip(captured);
     });
@@ -111,6 +119,8 @@ void AppDelegate::snip() {
 
 void AppDelegate::finishSnip(const std::optional<ClipItem>& captured) {
     watcher_.reload({});
+    // The next snip may have begun: it ends the one before it.
+    if (--snipsUnderWay_ == 0) editPanel_.bringBack();
     if (!captured || !settings_.organizeAfterCapture()) return;
     tagPanel_.show(*captured, OrganizeView::Field::tags,
                    [self = QPointer(this)] {

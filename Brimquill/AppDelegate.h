@@ -68,6 +68,7 @@ private:
     void connectSettings();
     void registerHotKeys();
     void snip();
+    void pasteNextFromStack();
     void finishSnip(const std::optional<ClipItem>& captured);
     void applyLaunchAtLogin();
     bool isTourDue() const;
@@ -81,6 +82,7 @@ private:
     CaptureToastPanel toast_;
     TagPanelController tagPanel_;
     EditPanelController editPanel_;
+    int snipsUnderWay_ = 0;
     PasteService pasteService_;
     StackManager stack_;
     OCRService ocr_;

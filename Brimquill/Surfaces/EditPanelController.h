@@ -19,6 +19,9 @@ public:
     void show(const ClipItem& item, std::function<void()> onDone);
     /// Closes it without saving.
     void close() { panel_.close(); }
+    /// Hides it with what was typed so far, and shows it again.
+    void setAside() { panel_.setAside(); }
+    void bringBack() { panel_.bringBack(); }
     bool isVisible() const { return panel_.isVisible(); }
     FormPanel& panel() { return panel_; }
 

@@ -46,6 +46,14 @@ void FormPanel::close() {
     clearWork_ = environment_.runLoop.after(0, [this] { closed_.clear(); });
 }
 
+void FormPanel::setAside() {
+    if (shown_.view) shown_.view->close();
+}
+
+void FormPanel::bringBack() {
+    if (shown_.view && !isVisible()) shown_.view->show(frame());
+}
+
 bool FormPanel::isVisible() const {
     return shown_.view && shown_.view->isVisible();
 }

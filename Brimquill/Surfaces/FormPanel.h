@@ -43,6 +43,9 @@ public:
     bool show(Form form);
     /// Hides the form. It goes later by itself, so that it may ask for this itself.
     void close();
+    /// Hides the form with all that was typed into it, and shows it again; without a form they do nothing.
+    void setAside();
+    void bringBack();
     bool isVisible() const;
     /// Whether keys come to it now.
     bool isKey() const;

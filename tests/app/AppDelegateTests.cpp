@@ -79,8 +79,10 @@ TEST_F(AppDelegateTest, TheSecondKeyPastesTheNextOfTheStack) {
     const auto clip = store.insert("from the stack", ClipKind::text);
     world.defaults().set(StackManager::itemsKey, std::vector<std::string>{std::to_string(clip->id)});
     start();
+    world.hotKeys().fire(platform::key::v, commandShift);
     EXPECT_TRUE(world.hotKeys().fire(platform::key::v, commandOption));
     EXPECT_EQ(world.pasteboard().string(), "from the stack");
+    EXPECT_FALSE(isPaletteUp()) << "it would be pasted into its field";
     world.advance(1);
     EXPECT_EQ(delegate->hud().model().text(), QStringLiteral("Stack finished"));
     EXPECT_EQ(world.syntheticKeys().posted().size(), 1U);
@@ -97,6 +99,18 @@ TEST_F(AppDelegateTest, TheThirdKeySnipsWithThePaletteOutOfTheWay) {
     world.advance(2);
     ASSERT_EQ(store.fetchHistory(10).size(), 1U);
     EXPECT_EQ(store.fetchHistory(10).front().kind, ClipKind::ocr);
+}
+
+TEST_F(AppDelegateTest, AFormThatIsBeingFilledInGivesWayToASnipAndComesBack) {
+    const auto clip = store.insert("to be edited", ClipKind::text);
+    start();
+    delegate->editPanel().show(*clip, {});
+    ASSERT_TRUE(delegate->editPanel().isVisible());
+    world.hotKeys().fire(platform::key::two, commandShift);
+    EXPECT_FALSE(delegate->editPanel().isVisible());
+    world.advance(2);
+    EXPECT_TRUE(delegate->editPanel().isVisible());
+    EXPECT_EQ(store.fetchHistory(10).size(), 1U);
 }
 
 TEST_F(AppDelegateTest, ASnipThatIsOpenAtTheEndTellsNobody) {
