@@ -70,7 +70,7 @@ void PasteService::begin(const ClipItem& item, bool thenPaste, const Done& done)
 
 PasteService::Outcome PasteService::pasteItemText(const ClipItem& item, bool thenPaste) {
     return finish({.string = item.isSnippet() ? environment_.expand(item.text) : item.text}, thenPaste,
-           soonestSecret({&item, 1}));
+                  soonestSecret({&item, 1}));
 }
 
 void PasteService::pasteFiles(const ClipItem& item, bool thenPaste, const Done& done) {
@@ -114,7 +114,8 @@ bool PasteService::isTerminalInFront() const {
     return front && front->bundleIdentifier && terminalBundleIds().contains(*front->bundleIdentifier);
 }
 
-PasteService::Outcome PasteService::pasteBytes(const std::string& path, const platform::SharedBytes& bytes, bool thenPaste) {
+PasteService::Outcome PasteService::pasteBytes(const std::string& path, const platform::SharedBytes& bytes,
+                                               bool thenPaste) {
     if (bytes && text::lowercased(path).ends_with(".gif"))
         return finish({.filePaths = {path}, .gif = bytes}, thenPaste);
     if (bytes && isPng(*bytes)) return finish({.filePaths = {path}, .png = bytes}, thenPaste);

@@ -28,7 +28,11 @@ QString lineEndOf(const std::string& text) {
 }  // namespace
 
 EditView::EditView(ClipItem item, ClipStore& store, platform::RunLoop& runLoop)
-    : item_(std::move(item)), store_(store), runLoop_(runLoop), lineEnd_(lineEndOf(item_.text)), count_(text::characterCount(item_.text)) {
+    : item_(std::move(item)),
+      store_(store),
+      runLoop_(runLoop),
+      lineEnd_(lineEndOf(item_.text)),
+      count_(text::characterCount(item_.text)) {
     const auto extent = TextExtent::of(QString::fromStdString(item_.text));
     isEditable_ = extent.isEditable();
     hasWords_ = extent.hasWords();

@@ -38,8 +38,8 @@ public:
     /// The document that the user edits, once it holds `text`.
     Q_INVOKABLE void edit(QQuickTextDocument* document);
     void edit(QTextDocument& document);
-    /// Stores the text, with its lines ended as they were. Left as it was it stays so to the byte, and so does the clip.
-    /// Then it is done.
+    /// Stores the text, with its lines ended as they were. Left as it was it stays so to the byte, and so does the
+    /// clip. Then it is done.
     Q_INVOKABLE void save();
     /// Done without a change.
     Q_INVOKABLE void cancel() { Q_EMIT done(); }

@@ -71,8 +71,7 @@ TEST_F(StackManagerTest, SaysHowToPasteWhereItMayNot) {
     hud.lines.clear();
     stack.pasteNext();
     EXPECT_EQ(world.pasteboard().string(), "copied alone");
-    EXPECT_THAT(hud.lines,
-                ElementsAre(Pair("Copied — press ⌘V (grant Accessibility to auto-paste)", "hand.raised")));
+    EXPECT_THAT(hud.lines, ElementsAre(Pair("Copied — press ⌘V (grant Accessibility to auto-paste)", "hand.raised")));
 }
 
 TEST_F(StackManagerTest, MovesOnPastFilesThatAreNoMore) {

@@ -66,7 +66,8 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override {
-        noted += QKeySequence(event->keyCombination()).toString().toStdString() + "|" + event->text().toStdString() + " ";
+        noted +=
+            QKeySequence(event->keyCombination()).toString().toStdString() + "|" + event->text().toStdString() + " ";
     }
 };
 
