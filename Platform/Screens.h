@@ -2,6 +2,7 @@
 
 #include "Platform/Types.h"
 
+#include <functional>
 #include <optional>
 
 namespace brimquill::platform {
@@ -20,6 +21,8 @@ public:
     /// The screen the user works on: that of the active window, else of the pointer; nothing when there is none.
     virtual std::optional<Screen> main() = 0;
     virtual Point mouseLocation() = 0;
+    /// Calls `changed` after screens come or go, or change in size or place or in what docks leave of them.
+    [[nodiscard]] virtual Token observe(std::function<void()> changed) = 0;
 };
 
 }  // namespace brimquill::platform

@@ -2,6 +2,7 @@
 
 #include "Platform/Desktop/DesktopFiles.h"
 #include "Platform/Desktop/DesktopOpener.h"
+#include "Platform/Desktop/ScreenChanges.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -67,6 +68,9 @@ class LimitedScreens final : public Screens {
         const QPoint pointer = QCursor::pos();
         return {static_cast<double>(pointer.x()), static_cast<double>(pointer.y())};
     }
+    Token observe(std::function<void()> changed) override { return changes_.observe(std::move(changed)); }
+
+    ScreenChanges changes_;
 };
 
 /// A plain window: it takes the focus as any window does.

@@ -34,13 +34,19 @@ private:
 
 class HeadlessScreens final : public Screens {
 public:
-    void setMain(std::optional<Screen> screen) { main_ = screen; }
+    /// Tells the observers.
+    void setMain(std::optional<Screen> screen) {
+        main_ = screen;
+        observers_.callAll();
+    }
     void setMouseLocation(Point point) { mouseLocation_ = point; }
 
     std::optional<Screen> main() override { return main_; }
     Point mouseLocation() override { return mouseLocation_; }
+    Token observe(std::function<void()> changed) override { return observers_.add(std::move(changed)); }
 
 private:
+    HandlerList<std::function<void()>> observers_;
     std::optional<Screen> main_ = Screen{{0, 0, 1920, 1080}, {0, 32, 1920, 1000}, 1};
     Point mouseLocation_{960, 540};
 };

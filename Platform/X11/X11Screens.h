@@ -1,7 +1,10 @@
 #pragma once
 
+#include "Platform/Desktop/ScreenChanges.h"
 #include "Platform/Screens.h"
 #include "Platform/X11/X11Connection.h"
+
+#include <utility>
 
 namespace brimquill::platform {
 
@@ -11,11 +14,13 @@ public:
     explicit X11Screens(X11Connection& connection) : connection_(connection) {}
     std::optional<Screen> main() override;
     Point mouseLocation() override;
+    Token observe(std::function<void()> changed) override { return changes_.observe(std::move(changed)); }
 
 private:
     std::optional<Point> activeWindowCentre();
 
     X11Connection& connection_;
+    ScreenChanges changes_;
 };
 
 }  // namespace brimquill::platform
