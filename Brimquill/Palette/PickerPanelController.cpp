@@ -76,11 +76,10 @@ void PickerPanelController::show() {
     prepare();
     environment_.model.reset();
     cheatSheet_.setQuery({});
-    shownFrame_ = frameOnMainScreen();
     log::write(std::string("palette appearance=") +
                (environment_.views.appearance().dark() ? "NSAppearanceNameDarkAqua" : "NSAppearanceNameAqua"));
     Q_EMIT appearing();
-    if (!panel_->show(shownFrame_)) {
+    if (!panel_->show(frameOnMainScreen())) {
         log::write("the palette cannot be shown on this system");
         return;
     }
@@ -94,10 +93,11 @@ void PickerPanelController::show() {
     outsideClickMonitor_ =
         monitors.addGlobalMonitor(platform::EventMask::mouseDown, [this](const platform::Event& event) {
             // Where it stands, not where it would now: the click may have been on another screen.
-            if (!isVisible_ || shownFrame_.contains(event.location)) return;
+            if (!isVisible_ || panel_->frame().contains(event.location)) return;
             if (menu_.isOpen()) return menu_.close();
             close();
         });
+    screenChanges_ = environment_.services.screens().observe([this] { panel_->setFrame(frameOnMainScreen()); });
 }
 
 void PickerPanelController::close() {
@@ -105,6 +105,7 @@ void PickerPanelController::close() {
     isVisible_ = false;
     keyMonitor_.reset();
     outsideClickMonitor_.reset();
+    screenChanges_.reset();
     menu_.close();
     environment_.model.setActive(false);
     panel_->close();
@@ -231,7 +232,7 @@ std::function<void()> PickerPanelController::whenFormIsDone() {
     return [self = QPointer(this)] {
         if (!self || !self->isVisible_) return;
         self->environment_.model.reloadItems();
-        self->panel_->show(self->shownFrame_);
+        self->panel_->show(self->panel_->frame());
     };
 }
 
@@ -266,6 +267,14 @@ void PickerPanelController::cardDragged(int index, QQuickItem* card) {
     const auto& items = environment_.model.items();
     if (card == nullptr || index < 0 || index >= static_cast<int>(items.size())) return;
     dragger_.begin(items[static_cast<std::size_t>(index)], *card);
+}
+
+void PickerPanelController::backgroundPressed(double x, double y) {
+    panel_->grabAt({x, y});
+}
+
+void PickerPanelController::backgroundDragged() {
+    panel_->dragTo(environment_.services.screens().mouseLocation());
 }
 
 QString PickerPanelController::pasteboardText() const {

@@ -68,6 +68,10 @@ public:
     Q_INVOKABLE void cardFocused(QQuickItem* card) const;
     /// Drags a card out, drawn as `card` is, until the user lets go. The palette stays.
     Q_INVOKABLE void cardDragged(int index, QQuickItem* card);
+    /// Where nothing else takes the pointer, it takes hold of the palette, at a point of the window, and carries it
+    /// along.
+    Q_INVOKABLE void backgroundPressed(double x, double y);
+    Q_INVOKABLE void backgroundDragged();
     /// The text on the pasteboard, for the query field; read beforehand, so that no program is waited for.
     Q_INVOKABLE QString pasteboardText() const;
 
@@ -92,8 +96,7 @@ private:
     CardMenu menu_;
     CardDragger dragger_{environment_.services.runLoop()};
     std::unique_ptr<PanelView> panel_;
-    platform::Token keyMonitor_, outsideClickMonitor_;
-    platform::Rect shownFrame_;
+    platform::Token keyMonitor_, outsideClickMonitor_, screenChanges_;
     bool isVisible_ = false;
 };
 

@@ -35,11 +35,15 @@ bool FormPanel::show(Form form) {
     // Who goes on typing in the application that was clicked must not type into the form.
     outsideClickMonitor_ = environment_.eventMonitors.addGlobalMonitor(
         platform::EventMask::mouseDown, [this](const platform::Event&) { shown_.view->resignKey(); });
+    screenChanges_ = environment_.screens.observe([this] {
+        if (isVisible()) shown_.view->setFrame(frame());
+    });
     return true;
 }
 
 void FormPanel::close() {
     if (!shown_.view) return;
+    screenChanges_.reset();
     outsideClickMonitor_.reset();
     shown_.view->close();
     closed_.push_back(std::move(shown_));

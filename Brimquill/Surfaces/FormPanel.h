@@ -64,7 +64,7 @@ private:
     Environment environment_;
     Shown shown_;
     std::vector<Shown> closed_;
-    platform::Token clearWork_, outsideClickMonitor_;
+    platform::Token clearWork_, outsideClickMonitor_, screenChanges_;
 };
 
 }  // namespace brimquill

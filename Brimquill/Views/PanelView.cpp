@@ -38,6 +38,7 @@ PanelView::~PanelView() = default;
 
 bool PanelView::show(platform::Rect frame) {
     host_.appearance().refreshTranslucency();
+    frame_ = frame;
     shape(frame);
     return panel_->show(windowFrame(frame));
 }
@@ -47,8 +48,17 @@ void PanelView::close() {
 }
 
 void PanelView::setFrame(platform::Rect frame) {
+    frame_ = frame;
     shape(frame);
     panel_->setFrame(windowFrame(frame));
+}
+
+void PanelView::grabAt(platform::Point inWindow) {
+    hold_ = {inWindow.x - shadowMargin(), inWindow.y - shadowMargin()};
+}
+
+void PanelView::dragTo(platform::Point pointer) {
+    setFrame({pointer.x - hold_.x, pointer.y - hold_.y, frame_.width, frame_.height});
 }
 
 double PanelView::implicitWidth() const {

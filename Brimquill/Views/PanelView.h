@@ -30,6 +30,10 @@ public:
     /// Leaves the keyboard to others until it is clicked.
     void resignKey() { panel_->resignKey(); }
     void setFrame(platform::Rect frame);
+    platform::Rect frame() const { return frame_; }
+    /// The user takes hold of the panel at a point of its window, and carries it along to where the pointer is now.
+    void grabAt(platform::Point inWindow);
+    void dragTo(platform::Point pointer);
     /// The size that the content asks for.
     double implicitWidth() const;
     double implicitHeight() const;
@@ -47,6 +51,9 @@ private:
     // The panel goes before the window that it belongs to.
     std::unique_ptr<QQuickView> view_;
     std::unique_ptr<platform::Panel> panel_;
+    platform::Rect frame_;
+    /// From the frame's corner to where it was taken hold of.
+    platform::Point hold_;
 };
 
 }  // namespace brimquill

@@ -34,8 +34,10 @@ private:
 
 class HeadlessScreens final : public Screens {
 public:
-    /// Tells the observers.
-    void setMain(std::optional<Screen> screen) {
+    /// The user goes over to this screen.
+    void setMain(std::optional<Screen> screen) { main_ = screen; }
+    /// The screen that the user works on becomes another under their hands; tells the observers.
+    void change(Screen screen) {
         main_ = screen;
         observers_.callAll();
     }

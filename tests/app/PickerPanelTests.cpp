@@ -45,6 +45,19 @@ TEST_F(PickerPanelTest, StandsAlongTheBottomOfTheScreen) {
     EXPECT_EQ(shownFrame(), (platform::Rect{24, 504, 1152, 280})) << "a screen of 1200 by 800 is assumed";
 }
 
+TEST_F(PickerPanelTest, KeepsItsPlaceOnAScreenThatChanges) {
+    palette.show();
+    world.press(key::t, {.command = true}, "t");
+    ASSERT_TRUE(tagPanel.isVisible());
+    world.screens().change({{0, 0, 1280, 720}, {0, 0, 1280, 700}, 1});
+    EXPECT_EQ(shownFrame(), (platform::Rect{24, 404, 1232, 280}));
+    const auto form = world.panels().keyPanel()->frame;
+    EXPECT_EQ(form.x + form.width / 2, 640);
+    EXPECT_LT(form.y + form.height, 720 - 280);
+    EXPECT_TRUE(tagPanel.panel().isKey());
+    EXPECT_EQ(world.panels().visible().at(0)->showCount, 1) << "shown anew, it would take the keyboard";
+}
+
 TEST_F(PickerPanelTest, EscapeGoesBackOneLevelAtATime) {
     palette.show();
     model.setSearchText("o");

@@ -119,6 +119,25 @@ TEST_F(PickerViewTest, AClickOnWhatLiesOverTheCardsDoesNotReachThem) {
     EXPECT_EQ(onPasteboard(), "a") << "with nothing over it";
 }
 
+TEST_F(PickerViewTest, TheBackgroundCarriesThePaletteAlong) {
+    showPalette({"c", "b", "a"});
+    const auto panel = world.panels().keyPanel();
+    const auto before = panel->frame;
+    // Between the bar's field and the cards, where nothing else is.
+    const QPoint free(window().width() - 40, 70);
+    QTest::mousePress(&window(), Qt::LeftButton, {}, free);
+    world.screens().setMouseLocation({before.x + free.x() - 60, before.y + free.y() - 300});
+    QTest::mouseMove(&window(), free + QPoint(1, 1));
+    settle();
+    EXPECT_EQ(panel->frame, (platform::Rect{before.x - 60, before.y - 300, before.width, before.height}));
+    QTest::mouseRelease(&window(), Qt::LeftButton, {}, free);
+
+    world.click({before.x + before.width / 2, before.y + before.height - 60});
+    EXPECT_FALSE(palette.isVisible()) << "a click where it was is one outside now";
+    palette.show();
+    EXPECT_EQ(panel->frame, before);
+}
+
 TEST_F(PickerViewTest, WhatAButtonIsForIsToldOverTheCards) {
     showPalette({"c", "b", "a"});
     const auto* label = withText(*window().rootObject(), QStringLiteral("Links"));

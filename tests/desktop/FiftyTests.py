@@ -283,6 +283,29 @@ class OverAFullScreen(StandsWhereItShould):
         self.assertEqual(window, self.session.active_window())
 
 
+class OnAScreenThatChanges(StandsWhereItShould):
+    """The screen becomes smaller, as when a projector is plugged in, and the palette stays within it."""
+
+    def test_palette_and_form_follow(self):
+        window, self.typed = self.start_terminal()
+        self.open_palette()
+        self.session.keys("ctrl+t")
+        form = wait_for(lambda: self.session.windows(name="^Brimquill Organize$"), what="the form")[0]
+        self.session.run("xrandr", "--newmode", "small", "60", *"1280 1281 1282 1283 720 721 722 723".split())
+        self.session.run("xrandr", "--addmode", "screen", "small")
+        self.session.run("xrandr", "--output", "screen", "--mode", "small")
+        wait_for(lambda: self.geometry() == (24, 720 - 16 - 280, 1280 - 48, 280), what="the palette to follow")
+
+        def is_centred():
+            x, y, width, height = self.session.geometry(form)
+            return abs(2 * x + width - 1280) <= 1 and 0 <= y and y + height <= 720 - 16 - 280
+        wait_for(is_centred, what="the form to follow")
+        self.session.keys("Escape")
+        wait_for(lambda: not self.session.windows(name="^Brimquill Organize$"), what="the form to close")
+        self.paste("ban", "banana bread")
+        self.assertEqual(window, self.session.active_window())
+
+
 class OnASecondScreen(StandsWhereItShould):
     """Two screens side by side; the palette comes to the one that the person works on."""
 
@@ -325,6 +348,19 @@ class AtTwiceTheScale(StandsWhereItShould):
         self.open_palette()
         self.session.click(800, 200)
         self.wait_closed()
+
+    def test_is_carried_along_by_its_background(self):
+        _, self.typed = self.start_terminal()
+        self.open_palette()
+        x, y, width, height = self.geometry()
+        self.session.run("xdotool", "mousemove", x + width - 100, y + 90, "mousedown", 1)
+        for step in range(1, 6):
+            self.session.run("xdotool", "mousemove", x + width - 100 - 6 * step, y + 90 - 60 * step)
+        self.session.run("xdotool", "mouseup", 1)
+        wait_for(lambda: self.geometry() == (x - 30, y - 300, width, height), what="the palette to be carried along")
+        self.paste("ban", "banana bread")
+        self.open_palette()
+        self.assertEqual((x, y, width, height), self.geometry())
 
 
 class AClickOutside(PaletteCase):

@@ -30,6 +30,14 @@ PanelSurface {
         width: parent.width
         height: parent.height
 
+        MouseArea {
+            anchors.fill: parent
+            onPressed: event => {
+                const at = mapToItem(null, event.x, event.y)
+                root.panel.backgroundPressed(at.x, at.y)
+            }
+            onPositionChanged: root.panel.backgroundDragged()
+        }
         // Below the bars, for these tell over the cards what their buttons are for.
         PickerCardStrip {
             id: strip
