@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_map>
 #include <utility>
 
 namespace brimquill {
@@ -109,7 +110,20 @@ QHash<int, QByteArray> ClipListModel::roleNames() const {
             {accessibleNameRole, "accessibleName"}};
 }
 
-void ClipListModel::setCards(std::vector<Card> cards) {
+QList<int> ClipListModel::originsOf(const std::vector<Card>& cards) const {
+    std::unordered_map<std::int64_t, int> rows;
+    for (int row = 0; row < rowCount(); ++row)
+        rows.emplace(cards_[static_cast<std::size_t>(row)].id, row);
+    QList<int> origins;
+    for (const auto& card : cards) {
+        const auto found = rows.find(card.id);
+        origins.append(found == rows.end() ? -1 : found->second);
+    }
+    return origins;
+}
+
+void ClipListModel::setCards(std::vector<Card> cards, Change change) {
+    const auto origins = change == Change::followed ? originsOf(cards) : QList<int>();
     const auto before = cards_.size(), after = cards.size(), common = std::min(before, after);
     marked_.clear();
     // Rows are changed where they stand: a view then keeps the items it has made, which is what a quick search lives
@@ -126,6 +140,7 @@ void ClipListModel::setCards(std::vector<Card> cards) {
         std::move(cards.begin() + static_cast<std::ptrdiff_t>(common), cards.end(), std::back_inserter(cards_));
         endInsertRows();
     }
+    if (change == Change::followed) Q_EMIT rearranged(origins);
 }
 
 void ClipListModel::setCard(int row, Card card) {

@@ -3,6 +3,7 @@
 #include "Brimquill/Palette/Card.h"
 
 #include <QAbstractListModel>
+#include <QList>
 
 #include <set>
 #include <vector>
@@ -43,8 +44,10 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
+    /// How cards take the place of others: unseen, or so that each can be followed to its new place.
+    enum class Change { atOnce, followed };
     /// Puts these cards in place of those before; none is marked then.
-    void setCards(std::vector<Card> cards);
+    void setCards(std::vector<Card> cards, Change change);
     /// Puts another card in place of one; `row` must be there.
     void setCard(int row, Card card);
     /// Which rows are marked beside the focused one.
@@ -54,7 +57,12 @@ public:
     void setArrived(std::int64_t id);
     const std::vector<Card>& cards() const { return cards_; }
 
+Q_SIGNALS:
+    /// Cards have been followed to new places: for each row, where its card stood before; -1 for a new one.
+    void rearranged(const QList<int>& from);
+
 private:
+    QList<int> originsOf(const std::vector<Card>& cards) const;
     void changed(int row, Role role);
     void changedId(std::int64_t id, Role role);
 

@@ -179,7 +179,9 @@ void PickerModel::setItems(std::vector<ClipItem> items) {
     cards.reserve(items_.size());
     for (const auto& item : items_)
         cards.push_back(makeCard(item, style_, now, fileLooker_.facts(item)));
-    cards_.setCards(std::move(cards));
+    // Emoji and the stack are simply there; so is what nobody saw before.
+    const bool isSimplyThere = !isActive_ || is<scope::Emoji>(query_.filter) || is<scope::Stack>(query_.filter);
+    cards_.setCards(std::move(cards), isSimplyThere ? ClipListModel::Change::atOnce : ClipListModel::Change::followed);
     selection_.clear();
     setFocus(0);
     Q_EMIT itemsChanged();

@@ -1,5 +1,6 @@
 #include "tests/app/PaletteFixture.h"
 
+#include <QAnimationDriver>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTest>
@@ -11,6 +12,23 @@ namespace {
 
 namespace key = platform::key;
 constexpr platform::Modifiers command{.command = true};
+
+/// Animations whose time passes when told.
+class AnimationTime final : public QAnimationDriver {
+public:
+    AnimationTime() { install(); }
+    ~AnimationTime() override { uninstall(); }
+    void pass(qint64 milliseconds) {
+        // Animations that were started begin on the next turn of the event loop.
+        QCoreApplication::processEvents();
+        elapsed_ += milliseconds;
+        advanceAnimation();
+    }
+    qint64 elapsed() const override { return elapsed_; }
+
+private:
+    qint64 elapsed_ = 0;
+};
 
 /// The palette as it is drawn and clicked.
 class PickerViewTest : public PaletteFixture {
@@ -49,11 +67,17 @@ protected:
     static QPoint middleOf(const QQuickItem& item) {
         return item.mapToScene(QPointF(item.width() / 2, item.height() / 2)).toPoint();
     }
-    QPoint middleOfCard(int index) {
+    QQuickItem& card(int index) {
         QQuickItem* card = nullptr;
         QMetaObject::invokeMethod(listOf(model.cards()), "itemAtIndex", Q_RETURN_ARG(QQuickItem*, card),
                                   Q_ARG(int, index));
-        return middleOf(*card);
+        return *card;
+    }
+    QPoint middleOfCard(int index) { return middleOf(card(index)); }
+    /// How far from its place a card stands, in cards.
+    double slideOf(int index) {
+        auto& item = card(index);
+        return item.property("slide").toDouble() / (card(1).x() - card(0).x());
     }
     void click(QPoint at, Qt::MouseButton button = Qt::LeftButton) {
         QTest::mouseClick(&window(), button, {}, at);
@@ -76,6 +100,55 @@ TEST_F(PickerViewTest, TheFirstCardIsFocusedAgainAfterAQueryFoundNothing) {
     model.setSearchText("a");
     model.setSearchText("");
     EXPECT_EQ(focusedInView(), 0);
+}
+
+TEST_F(PickerViewTest, CardsThatStaySpringToTheirNewPlaces) {
+    showPalette({"d", "c", "b", "a"});
+    AnimationTime time;
+    // 1.5 % is how far the spring swings beyond its goal.
+    constexpr double near = 0.02;
+    model.setSearchText("c");
+    time.pass(400);
+    model.setSearchText("");
+    EXPECT_EQ(slideOf(0), 0) << "new, so it comes from nowhere";
+    EXPECT_NEAR(slideOf(2), -2, near);
+    time.pass(100);
+    EXPECT_NEAR(slideOf(2), -2 * 0.4, 0.1);
+    time.pass(300);
+    EXPECT_EQ(slideOf(2), 0);
+
+    actions.deleteSelected();
+    EXPECT_NEAR(slideOf(0), 1, near);
+    EXPECT_NEAR(slideOf(2), 1, near);
+    time.pass(50);
+    EXPECT_NEAR(slideOf(0), 0.75, 0.1);
+    actions.undoDelete();
+    EXPECT_NEAR(slideOf(1), -1 + 0.75, 0.1) << "from where it was seen on its way";
+    EXPECT_EQ(slideOf(0), 0);
+    time.pass(400);
+    EXPECT_NEAR(slideOf(1), 0, near);
+
+    world.appearance().set(false, true);
+    actions.deleteSelected();
+    EXPECT_EQ(slideOf(0), 0) << "nothing moves under reduced motion";
+}
+
+TEST_F(PickerViewTest, AnArrivalComesQuicklyAndSettlesSlowly) {
+    showPalette({"a"});
+    AnimationTime time;
+    const auto scale = [&] { return card(0).scale(); };
+    store.insert("new", ClipKind::text);
+    world.advance(0.3);
+    time.pass(100);
+    EXPECT_GT(scale(), 1.05);
+    EXPECT_LT(scale(), 1.1);
+    time.pass(110);
+    EXPECT_EQ(scale(), 1.1);
+    world.advance(1.2);
+    time.pass(210);
+    EXPECT_GT(scale(), 1.01) << "it is not over yet";
+    time.pass(300);
+    EXPECT_EQ(scale(), 1);
 }
 
 TEST_F(PickerViewTest, TheExplorerShowsEachRowOnce) {

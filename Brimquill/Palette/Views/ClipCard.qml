@@ -26,11 +26,20 @@ Item {
     required property string badge
     required property string accessibleName
     property bool selected
+    /// How far from its place it stands while it slides there.
+    readonly property alias slide: shift.x
+
+    /// Stands this far from its place and springs back to it; at 0 it is there at once.
+    function slideFrom(distance) {
+        sliding.stop()
+        shift.x = distance
+        if (distance !== 0)
+            sliding.start()
+    }
 
     width: Theme.cardWidth
     height: Theme.cardHeight
-    scale: arrived && !Theme.reduceMotion ? 1.1 : 1
-    z: arrived ? 1 : 0
+    z: scale > 1 ? 2 : slide !== 0 ? 1 : 0
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleName
     Accessible.description: ListView.view ? (index + 1) + " of " + ListView.view.count : ""
@@ -40,10 +49,35 @@ Item {
     Accessible.selected: selected || marked
     Accessible.onPressAction: panel.cardClicked(index, 0)
 
-    Behavior on scale {
-        enabled: !Theme.reduceMotion
+    ListView.onPooled: slideFrom(0)
 
-        NumberAnimation { duration: card.arrived ? 200 : 500; easing.type: Easing.OutQuad }
+    states: [
+        State {
+            name: "arrived"
+            when: card.arrived && !Theme.reduceMotion
+            PropertyChanges { target: card; scale: 1.1 }
+        }
+    ]
+    transitions: [
+        Transition {
+            to: "arrived"
+            NumberAnimation { property: "scale"; duration: 200; easing.type: Easing.OutQuad }
+        },
+        Transition {
+            from: "arrived"
+            NumberAnimation { property: "scale"; duration: 500; easing.type: Easing.OutQuad }
+        }
+    ]
+    transform: Translate { id: shift }
+
+    NumberAnimation {
+        id: sliding
+
+        target: shift
+        property: "x"
+        to: 0
+        duration: Theme.springDuration
+        easing.bezierCurve: Theme.springCurve
     }
 
     // The ring lies outside, so that nothing shifts when the choice moves.
@@ -136,16 +170,24 @@ Item {
 
         anchors { fill: parent; topMargin: Theme.cardHeaderHeight; bottomMargin: Theme.cardFooterHeight }
         active: opacity > 0
-        opacity: card.copied ? 1 : 0
-
-        Behavior on opacity {
-            enabled: !Theme.reduceMotion
-
-            NumberAnimation {
-                duration: 250
-                easing { type: card.copied ? Easing.OutBack : Easing.OutQuad; overshoot: 0.6 }
-            }
+        opacity: 0
+        state: card.copied ? "copied" : ""
+        states: State {
+            name: "copied"
+            PropertyChanges { target: confirmation; opacity: 1 }
         }
+        transitions: [
+            Transition {
+                to: "copied"
+                enabled: !Theme.reduceMotion
+                NumberAnimation { property: "opacity"; duration: 250; easing { type: Easing.OutBack; overshoot: 0.6 } }
+            },
+            Transition {
+                from: "copied"
+                enabled: !Theme.reduceMotion
+                NumberAnimation { property: "opacity"; duration: 250; easing.type: Easing.OutQuad }
+            }
+        ]
 
         sourceComponent: Rectangle {
             color: Theme.withAlpha(Theme.cardBody, 0.92)

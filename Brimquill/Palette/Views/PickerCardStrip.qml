@@ -61,6 +61,26 @@ Item {
         }
     }
 
+    // Cards that stay spring to their new places, from where they are seen now.
+    Connections {
+        target: picker.cards
+        function onRearranged(from) {
+            if (Theme.reduceMotion)
+                return
+            // Else rows that were added have no card yet.
+            list.forceLayout()
+            const cards = from.map((_, row) => list.itemAtIndex(row))
+            const slides = cards.map(card => card ? card.slide : 0)
+            cards.forEach((card, row) => {
+                const before = from[row]
+                if (!card || before === row)
+                    return
+                const distance = (before - row) * (Theme.cardWidth + Theme.cardGap) + (slides[before] ?? 0)
+                card.slideFrom(before < 0 ? 0 : Math.max(-list.width, Math.min(distance, list.width)))
+            })
+        }
+    }
+
     // Tells screen readers how many cards there are, each time that this changes.
     Item {
         anchors.fill: parent
