@@ -28,6 +28,9 @@ public:
     virtual RunningApplication currentApplication() const = 0;
     /// The icon of a program, about `size` pixels square; nothing when it has none. Reads a file: any thread.
     virtual std::optional<Image> icon(const std::string& bundleIdentifier, int size) = 0;
+    /// The icon that files of this one's kind have on the desktop, about `size` pixels square; nothing when there is
+    /// none. Looks at the disk: any thread.
+    virtual std::optional<Image> iconForFile(const std::string& path, int size) = 0;
     /// Opens an http(s) or file URL with the desktop's own opener, without waiting; false if that could not be started
     /// or the URL is of another kind. Nothing is ever executed by its content.
     virtual bool open(const std::string& url) = 0;

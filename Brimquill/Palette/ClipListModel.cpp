@@ -65,7 +65,9 @@ QVariant ClipListModel::data(const QModelIndex& index, int role) const {
         case swatchTextRole:
             return string(card.swatch.onFill);
         case iconRole:
-            return imageUrl(SourceIcons::provider, card.sourceBundleId);
+            return imageUrl(DesktopIconImages::programProvider, card.sourceBundleId);
+        case fileIconRole:
+            return imageUrl(DesktopIconImages::fileProvider, card.body == CardBody::files ? card.caption : "");
         case footerRole:
             return string(card.footer);
         case pinnedRole:
@@ -100,6 +102,7 @@ QHash<int, QByteArray> ClipListModel::roleNames() const {
             {swatchFillRole, "swatchFill"},
             {swatchTextRole, "swatchText"},
             {iconRole, "iconSource"},
+            {fileIconRole, "fileIconSource"},
             {footerRole, "footer"},
             {pinnedRole, "pinned"},
             {expiresRole, "expires"},

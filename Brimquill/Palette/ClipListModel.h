@@ -28,6 +28,7 @@ public:
         swatchFillRole,
         swatchTextRole,
         iconRole,
+        fileIconRole,
         footerRole,
         pinnedRole,
         expiresRole,

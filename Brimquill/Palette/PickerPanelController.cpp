@@ -68,7 +68,15 @@ void PickerPanelController::addImageProviders() {
     if (engine.imageProvider(QLatin1String(Thumbnails::coverProvider)) != nullptr) return;
     engine.addImageProvider(QLatin1String(Thumbnails::coverProvider), new Thumbnails(Thumbnails::Fit::cover));
     engine.addImageProvider(QLatin1String(Thumbnails::wholeProvider), new Thumbnails(Thumbnails::Fit::whole));
-    engine.addImageProvider(QLatin1String(SourceIcons::provider), new SourceIcons(environment_.services.workspace()));
+    auto& workspace = environment_.services.workspace();
+    engine.addImageProvider(QLatin1String(DesktopIconImages::programProvider),
+                            new DesktopIconImages([&workspace](const std::string& bundleIdentifier, int size) {
+                                return workspace.icon(bundleIdentifier, size);
+                            }));
+    engine.addImageProvider(QLatin1String(DesktopIconImages::fileProvider),
+                            new DesktopIconImages([&workspace](const std::string& path, int size) {
+                                return workspace.iconForFile(path, size);
+                            }));
 }
 
 void PickerPanelController::show() {

@@ -33,7 +33,7 @@ private:
     QImage image_;
 };
 
-/// Stands for the icon that a program does not have: one point, which nobody sees; a view would complain about none.
+/// Stands for an icon that there is not: one point, which nobody sees; a view would complain about none.
 QImage noIcon() {
     QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -130,20 +130,20 @@ QQuickImageResponse* Thumbnails::requestImageResponse(const QString& id, const Q
     });
 }
 
-SourceIcons::SourceIcons(platform::Workspace& workspace) : workspace_(workspace), cache_(iconBytes) {
+DesktopIconImages::DesktopIconImages(Read read) : read_(std::move(read)), cache_(iconBytes) {
     pool_.setMaxThreadCount(1);
 }
 
-SourceIcons::~SourceIcons() {
+DesktopIconImages::~DesktopIconImages() {
     pool_.waitForDone();
 }
 
-QQuickImageResponse* SourceIcons::requestImageResponse(const QString& id, const QSize& requestedSize) {
-    const auto bundleIdentifier = decoded(id);
+QQuickImageResponse* DesktopIconImages::requestImageResponse(const QString& id, const QSize& requestedSize) {
+    const auto name = decoded(id);
     const int size = std::max(requestedSize.width(), 16);
-    return new Response(pool_, [this, bundleIdentifier, size] {
-        return cache_.image(QStringLiteral("%1 %2").arg(size).arg(bundleIdentifier), [&] {
-            const auto icon = workspace_.icon(bundleIdentifier.toStdString(), size);
+    return new Response(pool_, [this, name, size] {
+        return cache_.image(QStringLiteral("%1 %2").arg(size).arg(name), [&] {
+            const auto icon = read_(name.toStdString(), size);
             if (!icon || icon->rgba.empty()) return noIcon();
             const qsizetype bytesPerLine = qsizetype{icon->width} * 4;
             return QImage(icon->rgba.data(), icon->width, icon->height, bytesPerLine, QImage::Format_RGBA8888).copy();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Workspace.h"
+#include "Platform/Types.h"
 
 #include <QHash>
 #include <QImage>
@@ -9,6 +9,7 @@
 #include <QThreadPool>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace brimquill {
@@ -57,17 +58,21 @@ private:
     QThreadPool pool_;
 };
 
-/// The icons of the programs that clips come from; their names are bundle ids.
-class SourceIcons final : public QQuickAsyncImageProvider {
+/// The desktop's icons, read away from the main thread. Keeps the last ones.
+class DesktopIconImages final : public QQuickAsyncImageProvider {
 public:
-    static constexpr const char* provider = "icons";
+    /// The names of the providers: of the programs that clips come from, by bundle id, and of files, by path.
+    static constexpr const char* programProvider = "icons";
+    static constexpr const char* fileProvider = "file-icons";
+    /// Gives the icon of a name, about so many pixels square; on any thread.
+    using Read = std::function<std::optional<platform::Image>(const std::string& name, int size)>;
 
-    explicit SourceIcons(platform::Workspace& workspace);
-    ~SourceIcons() override;
+    explicit DesktopIconImages(Read read);
+    ~DesktopIconImages() override;
     QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override;
 
 private:
-    platform::Workspace& workspace_;
+    const Read read_;
     ImageCache cache_;
     QThreadPool pool_;
 };

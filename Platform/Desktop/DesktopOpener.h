@@ -2,7 +2,6 @@
 
 #include "Platform/Workspace.h"
 
-#include <optional>
 #include <string>
 
 namespace brimquill::platform {
@@ -12,8 +11,5 @@ bool openWithDesktop(const std::string& url);
 
 /// This program, as `Workspace` describes it.
 RunningApplication thisApplication();
-
-/// An icon by its theme name or its file; nothing when there is none.
-std::optional<Image> desktopIcon(const std::string& nameOrPath, int size);
 
 }  // namespace brimquill::platform

@@ -1,6 +1,7 @@
 #include "Platform/Desktop/LimitedDesktop.h"
 
 #include "Platform/Desktop/DesktopFiles.h"
+#include "Platform/Desktop/DesktopIcons.h"
 #include "Platform/Desktop/DesktopOpener.h"
 #include "Platform/Desktop/ScreenChanges.h"
 
@@ -25,12 +26,16 @@ public:
     RunningApplication currentApplication() const override { return thisApplication(); }
     std::optional<Image> icon(const std::string& bundleIdentifier, int size) override {
         const auto file = files_.byId(bundleIdentifier);
-        return file && !file->icon.empty() ? desktopIcon(file->icon, size) : std::nullopt;
+        return file && !file->icon.empty() ? icons_.icon(file->icon, size) : std::nullopt;
+    }
+    std::optional<Image> iconForFile(const std::string& path, int size) override {
+        return icons_.iconForFile(path, size);
     }
     bool open(const std::string& url) override { return openWithDesktop(url); }
 
 private:
     DesktopFiles files_;
+    DesktopIcons icons_;
 };
 
 class LimitedMonitors final : public EventMonitors {

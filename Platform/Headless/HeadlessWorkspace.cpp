@@ -22,9 +22,19 @@ void HeadlessWorkspace::setIcon(const std::string& bundleIdentifier, Image icon)
     icons_[bundleIdentifier] = std::move(icon);
 }
 
+void HeadlessWorkspace::setFileIcon(const std::string& path, Image icon) {
+    fileIcons_[path] = std::move(icon);
+}
+
 std::optional<Image> HeadlessWorkspace::icon(const std::string& bundleIdentifier, int) {
     const auto found = icons_.find(bundleIdentifier);
     if (found == icons_.end()) return std::nullopt;
+    return found->second;
+}
+
+std::optional<Image> HeadlessWorkspace::iconForFile(const std::string& path, int) {
+    const auto found = fileIcons_.find(path);
+    if (found == fileIcons_.end()) return std::nullopt;
     return found->second;
 }
 

@@ -64,7 +64,7 @@ std::optional<Image> X11Workspace::icon(const std::string& bundleIdentifier, int
     auto file = files_.byId(id);
     if (!file) file = files_.find(id, {}, {});
     if (!file || file->icon.empty()) return std::nullopt;
-    return desktopIcon(file->icon, size);
+    return icons_.icon(file->icon, size);
 }
 
 bool X11Workspace::open(const std::string& url) {

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <fstream>
+
 namespace brimquill {
 namespace {
 
@@ -149,6 +151,35 @@ TEST_F(PickerViewTest, AnArrivalComesQuicklyAndSettlesSlowly) {
     EXPECT_GT(scale(), 1.01) << "it is not over yet";
     time.pass(300);
     EXPECT_EQ(scale(), 1);
+}
+
+TEST_F(PickerViewTest, FilesHaveTheIconOfTheirKindOrElseASymbol) {
+    const auto file = [&](const char* name) {
+        auto path = (directory.path() / name).string();
+        std::ofstream(path) << "content";
+        return path;
+    };
+    const auto green = file("green.pdf"), plain = file("plain.xyz");
+    platform::Image icon{40, 40, {}};
+    while (icon.rgba.size() < 40 * 40 * 4)
+        icon.rgba.insert(icon.rgba.end(), {0, 255, 0, 255});
+    world.workspace().setFileIcon(green, icon);
+    store.insert(plain, ClipKind::file);
+    world.advance(1);
+    store.insert(green, ClipKind::file);
+    showPalette({});
+    const auto shows = [&](int index, const QColor& color) {
+        const auto picture = window().grabWindow();
+        const auto middle = card(index).mapToScene(QPointF(card(index).width() / 2, 66)).toPoint();
+        for (int x = middle.x() - 20; x < middle.x() + 20; ++x) {
+            if (picture.pixelColor(x, middle.y()) == color) return true;
+        }
+        return false;
+    };
+    const auto symbol = card(0).property("headerFill").value<QColor>();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shows(0, QColor(0, 255, 0)) && shows(1, symbol); }));
+    EXPECT_FALSE(shows(0, symbol));
+    EXPECT_FALSE(shows(1, QColor(0, 255, 0)));
 }
 
 TEST_F(PickerViewTest, TheExplorerShowsEachRowOnce) {

@@ -15,6 +15,7 @@ Item {
     required property string caption
     required property string imageSource
     required property string iconSource
+    required property string fileIconSource
     required property string swatchFill
     required property string swatchText
     required property string footer

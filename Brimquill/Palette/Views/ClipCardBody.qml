@@ -108,6 +108,19 @@ Loader {
                 size: 40
                 name: root.card.body === "files" ? "doc.fill" : "questionmark.folder"
                 color: root.card.headerFill
+                visible: icon.implicitWidth <= 1
+            }
+            Image {
+                id: icon
+
+                anchors.centerIn: document
+                width: 40
+                height: 40
+                fillMode: Image.PreserveAspectFit
+                source: root.card.fileIconSource
+                sourceSize { width: 40; height: 40 }
+                asynchronous: true
+                Accessible.ignored: true
             }
             Text {
                 anchors { left: parent.left; right: parent.right; top: document.bottom; margins: Theme.gap }
