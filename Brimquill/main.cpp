@@ -79,7 +79,7 @@ int runApplication(int argc, char** argv, int signals, ClipStore& store, AppSett
     // Panels come and go; the program stays.
     QApplication::setQuitOnLastWindowClosed(false);
     setFonts(application);
-    const auto owned = platform::createServices();
+    const auto owned = platform::createServices(store.databaseURL.parent_path().string());
     services = owned.get();
     int status = 0;
     if (owned->instance().claim()) {

@@ -22,12 +22,6 @@ bool canBeFileName(const std::string& suite) {
     return !suite.empty() && suite.size() <= longest && suite.front() != '.' && suite.find('/') == std::string::npos;
 }
 
-/// What tells one instance from another: each data directory has its own program.
-std::string dataDirectory() {
-    std::string configured = environment("BRIMQUILL_DATA_DIR");
-    return configured.empty() ? environment("HOME") : configured;
-}
-
 }  // namespace
 
 std::unique_ptr<UserDefaults> createUserDefaults(const std::string& suite) {
@@ -40,12 +34,12 @@ std::unique_ptr<UserDefaults> createUserDefaults(const std::string& suite) {
     return std::make_unique<JsonUserDefaults>(userDefaultsDirectory(), name);
 }
 
-std::unique_ptr<Services> createServices() {
+std::unique_ptr<Services> createServices(const std::string& dataDirectory) {
     auto defaults = createUserDefaults({});
     std::string reason;
-    if (auto desktop = createX11Desktop(defaults, dataDirectory(), reason)) return desktop;
+    if (auto desktop = createX11Desktop(defaults, dataDirectory, reason)) return desktop;
     log::write("this desktop serves in part only: " + reason);
-    return std::make_unique<LimitedDesktop>(std::move(defaults), dataDirectory());
+    return std::make_unique<LimitedDesktop>(std::move(defaults), dataDirectory);
 }
 
 }  // namespace brimquill::platform

@@ -11,8 +11,8 @@ namespace brimquill::platform {
 namespace {
 
 QStringList locate(const QString& path, QStandardPaths::LocateOptions options) {
-    QStringList found = QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, QLatin1String("icons/") + path,
-                                                  options);
+    QStringList found =
+        QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, QLatin1String("icons/") + path, options);
     // An older place, still in use.
     const QString own = QDir::homePath() + QLatin1String("/.icons/") + path;
     if (QFile::exists(own)) found.prepend(own);

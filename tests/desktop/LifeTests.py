@@ -23,6 +23,15 @@ class StartsAndEnds(PaletteCase):
         self.assertEqual([], self.unexpected(second.error_lines()))
         wait_for(self.is_open, what="the palette")
 
+    def test_the_second_is_told_by_its_data_however_that_is_named(self):
+        elsewhere = self.session.folder / "elsewhere"
+        elsewhere.mkdir()
+        (elsewhere / "Brimquill").symlink_to(self.session.database.parent)
+        second = self.session.start(os.environ["BRIMQUILL_BINARY"],
+                                    environment={"BRIMQUILL_DATA_DIR": "", "XDG_DATA_HOME": str(elsewhere)})
+        self.assertEqual(0, second.wait())
+        wait_for(self.is_open, what="the palette")
+
 
 class FindsOddFiles(DesktopCase):
     starts_program = False

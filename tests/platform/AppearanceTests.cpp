@@ -26,7 +26,7 @@ TEST(SystemAppearance, WhatThePortalSaysHoldsFromTheStart) {
     FakePortal portal;
     portal.set(colours, scheme, uint{1});
     portal.set(gnome, animations, false);
-    const auto services = createServices();
+    const auto services = createServices(userDefaultsDirectory().string());
     EXPECT_TRUE(
         eventually([&] { return services->appearance().prefersDark() && services->appearance().reduceMotion(); }));
 }

@@ -68,8 +68,8 @@ TEST_F(DesktopIconsTest, TheThemeThenItsParentsInTheSizeThatSuitsBest) {
         const char* name;
         int size, red;
     } cases[] = {
-        {"brimquill-a", 16, 1},  {"brimquill-a", 20, 1}, {"brimquill-a", 40, 2}, {"brimquill-a", 60, 3},
-        {"brimquill-a", 300, 3}, {"brimquill-b", 32, 5}, {"brimquill-b", 48, 6}, {"brimquill-c", 16, 7},
+        {"brimquill-a", 16, 1},  {"brimquill-a", 20, 1}, {"brimquill-a", 40, 2},     {"brimquill-a", 60, 3},
+        {"brimquill-a", 300, 3}, {"brimquill-b", 32, 5}, {"brimquill-b", 48, 6},     {"brimquill-c", 16, 7},
         {"brimquill-d", 16, -1}, {"", 16, -1},           {"../brimquill-a", 16, -1},
     };
     QIcon::setThemeName(QStringLiteral("Mine"));
@@ -91,8 +91,8 @@ TEST_F(DesktopIconsTest, AFileHasTheIconOfItsKind) {
         std::string path;
         int red;
     } cases[] = {
-        {"/nowhere/Report.PDF", 1}, {"/nowhere/notes.txt", 2},    {"/nowhere/source.cpp", 2},
-        {"/", 3},                   {"/nowhere/backup.tar.gz", 4},
+        {"/nowhere/Report.PDF", 1},    {"/nowhere/notes.txt", 2}, {"/nowhere/source.cpp", 2}, {"/", 3},
+        {"/nowhere/backup.tar.gz", 4},
     };
     QIcon::setThemeName(QStringLiteral("Mine"));
     DesktopIcons icons;

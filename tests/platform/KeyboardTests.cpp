@@ -80,7 +80,7 @@ protected:
         return key;
     }
 
-    std::unique_ptr<Services> services_ = createServices();
+    std::unique_ptr<Services> services_ = createServices(userDefaultsDirectory().string());
     ForeignClient other_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Desktop/JsonUserDefaults.h"
 #include "Platform/Factory.h"
 #include "Platform/Headless/World.h"
 #include "tests/platform/Desktop.h"
@@ -13,7 +14,7 @@ class ServicesFixture : public testing::TestWithParam<bool> {
 protected:
     ServicesFixture() {
         if (GetParam()) {
-            services_ = createServices();
+            services_ = createServices(userDefaultsDirectory().string());
         } else {
             auto world = std::make_unique<World>();
             world_ = world.get();

@@ -280,7 +280,7 @@ TEST_P(ServicesTest, PanelsThatTakeNoKeysLeaveThemWhereTheyAre) {
 
 /// What a real terminal receives: typed text, also beyond the keyboard, and a paste in its own manner.
 TEST(X11Desktop, TypesAndPastesIntoTheProgramInFront) {
-    const auto services = createServices();
+    const auto services = createServices(userDefaultsDirectory().string());
     const auto file = userDefaultsDirectory().parent_path() / "received";
     QProcess terminal;
     terminal.setProcessEnvironment([] {
