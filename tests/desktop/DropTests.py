@@ -1,4 +1,4 @@
-"""Drops cards into a file manager's folder."""
+"""Drops cards into programs that people use: a file manager and an editor."""
 
 import pathlib
 import unittest
@@ -22,33 +22,52 @@ print(fixes.XFixesGetCursorImage(display).contents.serial)
 """
 
 
-class DropsIntoAFolder(CardCase):
-    def setUp(self):
-        super().setUp()
-        self.folder = self.session.folder / "dropped"
-        self.folder.mkdir()
-
+class DropCase(CardCase):
     def pointer_shape(self):
         return int(self.session.run("/usr/bin/python3", "-c", POINTER_SHAPE))
 
-    def start_file_manager(self):
-        self.session.start("pcmanfm", self.folder)
-        window = self.session.wait_window(window_class="[Pp]cmanfm")
+    def place(self, window):
         self.session.run("xdotool", "windowmove", "--sync", window, "200", "50", "windowsize", "--sync", window, "800", "500")
         self.session.activate(window)
 
     def drop_card(self, index):
-        """Drags a card into the folder, first over the bare desktop, which takes nothing."""
+        """Drags a card into the window that was placed, first over the bare desktop, which takes nothing."""
         self.drag(self.card(index), (1300, 400))
         refusing = wait_for(self.pointer_shape, what="the shape of the pointer")
         self.session.run("xdotool", "mousemove", "--sync", 700, 400)
 
         def accepts():
-            # The file manager looks at what comes before it takes it, and tells only when the pointer moves again.
+            # A program may look at what comes before it takes it, and tells only when the pointer moves again.
             self.session.run("xdotool", "mousemove_relative", "--", "1", "0", "mousemove_relative", "--", "-1", "0")
             return self.pointer_shape() != refusing
-        wait_for(accepts, what="the file manager to take the drag")
+        wait_for(accepts, what="the window to take the drag")
         self.release()
+
+
+class DropsIntoAnEditor(DropCase):
+    def test_text_stands_where_it_was_dropped(self):
+        editor = self.start_editor("mousepad", "[Mm]ousepad")
+        self.place(editor)
+        self.session.type("Here: ")
+        self.open_palette()
+        self.drop_card(0)
+        self.drop_card(1)
+        self.assertTrue(self.is_open(), "The palette closed")
+        self.assertEqual(editor, self.session.active_window())
+        self.session.keys("Escape")
+        self.wait_closed()
+        wait_for(lambda: self.copied_from_editor() == "Here: cherry 🍒 piebanana bread", what="the text in the editor")
+
+
+class DropsIntoAFolder(DropCase):
+    def setUp(self):
+        super().setUp()
+        self.folder = self.session.folder / "dropped"
+        self.folder.mkdir()
+
+    def start_file_manager(self):
+        self.session.start("pcmanfm", self.folder)
+        self.place(self.session.wait_window(window_class="[Pp]cmanfm"))
 
     def assert_copied(self, original, content):
         copy = self.folder / original.name
