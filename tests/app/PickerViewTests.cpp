@@ -160,8 +160,9 @@ TEST_F(PickerViewTest, FilesHaveTheIconOfTheirKindOrElseASymbol) {
         return path;
     };
     const auto green = file("green.pdf"), plain = file("plain.xyz");
+    constexpr std::size_t pixels = 1600;
     platform::Image icon{40, 40, {}};
-    while (icon.rgba.size() < 40 * 40 * 4)
+    while (icon.rgba.size() < 4 * pixels)
         icon.rgba.insert(icon.rgba.end(), {0, 255, 0, 255});
     world.workspace().setFileIcon(green, icon);
     store.insert(plain, ClipKind::file);
