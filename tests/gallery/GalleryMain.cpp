@@ -47,7 +47,7 @@ QString picture(const QString& directory, const QString& name, QSize size, bool 
 class Gallery final {
 public:
     Gallery(QString output, QString suffix) : output_(std::move(output)), suffix_(std::move(suffix)) {
-        addIcon();
+        world_.workspace().setIcon("org.example.editor", disc(36, QColor(0x2E, 0x86, 0xAB)));
         controller_.show();
         view_ = qobject_cast<QQuickView*>(world_.panels().records().back()->window);
     }
@@ -88,6 +88,9 @@ private:
         for (int step = 0; step < 14; ++step)
             model_.moveSelection(1);
         draw("scrolled", 1872);
+        for (int step = 0; step < 20; ++step)
+            model_.moveSelection(1);
+        draw("files", 1872);
         controller_.menu()->openAt(3, 700, 120);
         controller_.menu()->setCurrent(2);
         draw("menu", 1200);
@@ -139,11 +142,17 @@ private:
         }
     }
 
-    void addIcon() {
-        platform::Image icon{18, 18, platform::Bytes(std::size_t{18} * 18 * 4, 255)};
-        for (std::size_t at = 0; at < icon.rgba.size(); at += 4)
-            icon.rgba[at] = 30;
-        world_.workspace().setIcon("org.example.editor", icon);
+    /// A disc of this colour, about as an icon is.
+    static platform::Image disc(int edge, const QColor& color) {
+        QImage image(edge, edge, QImage::Format_RGBA8888);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(color);
+        painter.drawEllipse(QRectF(1, 1, edge - 2, edge - 2));
+        painter.end();
+        return {edge, edge, platform::Bytes(image.constBits(), image.constBits() + image.sizeInBytes())};
     }
 
     void insert(const std::string& text, ClipKind kind = ClipKind::text, const std::optional<std::string>& image = {},
@@ -177,10 +186,14 @@ private:
         const auto in = [this](const char* name) { return QString::fromUtf8(name); };
         const auto folder = directory_.path();
         insert("/nowhere/that/is/known.txt", ClipKind::file);
+        const auto plain = folder + QStringLiteral("/plain");
+        std::ofstream(plain.toStdString()) << "x";
+        insert(plain.toStdString(), ClipKind::file);
         const auto deep = folder + QStringLiteral("/a-directory-with-a-name-of-some-length").repeated(1);
         const auto file = deep + QLatin1Char('/') + QStringLiteral("report-").repeated(20) + QStringLiteral(".pdf");
         QDir().mkpath(deep);
         std::ofstream(file.toStdString()) << "x";
+        world_.workspace().setFileIcon(file.toStdString(), disc(80, QColor(0xC9, 0x3C, 0x3C)));
         insert(file.toStdString(), ClipKind::file);
         insert(file.toStdString() + "\n" + file.toStdString() + "2", ClipKind::file);
         insert("", ClipKind::image, picture(folder, in("wide.png"), {12000, 20}).toStdString());
