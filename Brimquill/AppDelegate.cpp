@@ -100,9 +100,11 @@ void AppDelegate::registerHotKeys() {
     });
 }
 
-/// What is pasted is for the application below, not for the palette's own field.
+/// What is pasted is for the application below, not for a field of the palette or of a form.
 void AppDelegate::pasteNextFromStack() {
     palette_.close();
+    tagPanel_.panel().resignKey();
+    editPanel_.panel().resignKey();
     stack_.pasteNext();
 }
 

@@ -33,8 +33,8 @@ bool FormPanel::show(Form form) {
         return false;
     }
     // Who goes on typing in the application that was clicked must not type into the form.
-    outsideClickMonitor_ = environment_.eventMonitors.addGlobalMonitor(
-        platform::EventMask::mouseDown, [this](const platform::Event&) { shown_.view->resignKey(); });
+    outsideClickMonitor_ = environment_.eventMonitors.addGlobalMonitor(platform::EventMask::mouseDown,
+                                                                       [this](const platform::Event&) { resignKey(); });
     screenChanges_ = environment_.screens.observe([this] {
         if (isVisible()) shown_.view->setFrame(frame());
     });
@@ -56,6 +56,10 @@ void FormPanel::setAside() {
 
 void FormPanel::bringBack() {
     if (shown_.view && !isVisible()) shown_.view->show(frame());
+}
+
+void FormPanel::resignKey() {
+    if (shown_.view) shown_.view->resignKey();
 }
 
 bool FormPanel::isVisible() const {

@@ -46,6 +46,8 @@ public:
     /// Hides the form with all that was typed into it, and shows it again; without a form they do nothing.
     void setAside();
     void bringBack();
+    /// Leaves the keyboard to the application below until the form is clicked.
+    void resignKey();
     bool isVisible() const;
     /// Whether keys come to it now.
     bool isKey() const;

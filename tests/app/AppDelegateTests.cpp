@@ -88,6 +88,19 @@ TEST_F(AppDelegateTest, TheSecondKeyPastesTheNextOfTheStack) {
     EXPECT_EQ(world.syntheticKeys().posted().size(), 1U);
 }
 
+TEST_F(AppDelegateTest, TheStackIsPastedPastAFormThatIsBeingFilledIn) {
+    const auto clip = store.insert("from the stack", ClipKind::text);
+    world.defaults().set(StackManager::itemsKey, std::vector<std::string>{std::to_string(clip->id)});
+    start();
+    delegate->editPanel().show(*clip, {});
+    ASSERT_TRUE(delegate->editPanel().panel().isKey());
+    world.hotKeys().fire(platform::key::v, commandOption);
+    world.advance(1);
+    EXPECT_EQ(world.syntheticKeys().posted().size(), 1U);
+    EXPECT_EQ(world.panels().keyPanel(), nullptr) << "the keystroke would go to the form";
+    EXPECT_TRUE(delegate->editPanel().isVisible()) << "with what was typed into it";
+}
+
 TEST_F(AppDelegateTest, TheThirdKeySnipsWithThePaletteOutOfTheWay) {
     start();
     world.screenCapture().setPicture("picture");
