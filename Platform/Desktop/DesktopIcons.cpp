@@ -1,6 +1,7 @@
 #include "Platform/Desktop/DesktopIcons.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QIcon>
 #include <QImageReader>
 #include <QMimeDatabase>
@@ -38,8 +39,9 @@ std::optional<Image> DesktopIcons::icon(const std::string& nameOrPath, int size)
 }
 
 std::optional<Image> DesktopIcons::iconForFile(const std::string& path, int size) {
-    // By its name alone: what is in a file is nobody's business here.
-    const auto type = QMimeDatabase().mimeTypeForFile(QString::fromStdString(path), QMimeDatabase::MatchExtension);
+    // A file by its name alone: what is in it is nobody's business here.
+    const QFileInfo file(QString::fromStdString(path));
+    const auto type = QMimeDatabase().mimeTypeForFile(file, QMimeDatabase::MatchExtension);
     for (const QString& name : {type.iconName(), type.genericIconName()}) {
         if (auto image = readIcon(themes_.file(name, size), size)) return image;
     }

@@ -91,8 +91,8 @@ TEST_F(DesktopIconsTest, AFileHasTheIconOfItsKind) {
         std::string path;
         int red;
     } cases[] = {
-        {"/nowhere/Report.PDF", 1},    {"/nowhere/notes.txt", 2}, {"/nowhere/source.cpp", 2}, {"/", 3},
-        {"/nowhere/backup.tar.gz", 4},
+        {"/nowhere/Report.PDF", 1},      {"/nowhere/notes.txt", 2},     {"/nowhere/source.cpp", 2},
+        {home_.path().toStdString(), 3}, {"/nowhere/backup.tar.gz", 4},
     };
     QIcon::setThemeName(QStringLiteral("Mine"));
     DesktopIcons icons;
