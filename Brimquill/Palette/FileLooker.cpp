@@ -23,7 +23,9 @@ bool fileExists(const std::string& path) {
 }
 
 std::string pictureSize(const std::string& path) {
-    const auto size = QImageReader(QString::fromStdString(path)).size();
+    const QImageReader reader(QString::fromStdString(path));
+    const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+    const auto size = isTurned ? reader.size().transposed() : reader.size();
     return size.isValid() ? std::to_string(size.width()) + " × " + std::to_string(size.height()) : std::string();
 }
 

@@ -112,12 +112,13 @@ QImage Thumbnails::read(const QString& path, const QSize& size, Fit fit) {
     QImageReader reader(path);
     reader.setAutoTransform(true);
     reader.setDecideFormatFromContent(true);
-    const QSize whole = reader.size();
+    const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+    const QSize whole = isTurned ? reader.size().transposed() : reader.size();
     if (whole.isValid() && !whole.isEmpty() && size.isValid() && !size.isEmpty()) {
         const QSize scaled =
             whole.scaled(size, fit == Fit::cover ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio);
         if (scaled.width() < whole.width() || scaled.height() < whole.height())
-            reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
+            reader.setScaledSize((isTurned ? scaled.transposed() : scaled).expandedTo(QSize(1, 1)));
     }
     return onCheckerboard(fitted(reader.read(), size, fit));
 }

@@ -51,6 +51,20 @@ TEST_F(ThumbnailsTest, CoversItsPlaceOrShowsTheWholeAndIsNeverEnlarged) {
     }
 }
 
+TEST_F(ThumbnailsTest, APhotographIsTurnedBeforeItIsFitted) {
+    const auto path = picture({400, 300}, "jpg");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    auto bytes = file.readAll();
+    // What a camera writes that was held upright: to be turned by a quarter.
+    bytes.insert(2, QByteArray::fromHex("ffe1002245786966000049492a0008000000010012010300010000000600000000000000"));
+    file.seek(0);
+    file.write(bytes);
+    file.close();
+    EXPECT_EQ(Thumbnails::read(path, {178, 138}, Fit::cover).size(), QSize(178, 138));
+    EXPECT_EQ(Thumbnails::read(path, {178, 138}, Fit::whole).size(), QSize(103, 138));
+}
+
 TEST_F(ThumbnailsTest, WhatCannotBeReadIsNoPicture) {
     const auto damaged = picture({300, 300}, "png");
     QFile file(damaged);
