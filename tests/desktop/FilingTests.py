@@ -64,6 +64,20 @@ class FilesFromThePalette(PaletteCase):
         self.assertEqual(before, self.session.query(TAGS))
         self.paste_apple()
 
+    def test_a_middle_click_brings_in_nothing(self):
+        selected = self.session.folder / "selected"
+        selected.write_text("selected")
+        self.session.start("xclip", "-quiet", "-selection", "primary", "-in", selected)
+        wait_for(lambda: self.session.run("xclip", "-selection", "primary", "-out", check=False) == b"selected", what="the selection")
+        self.open_form("ctrl+t")
+        form, = self.session.windows(name=ORGANIZE)
+        x, y, width, _ = self.session.geometry(form)
+        self.session.click(x + width // 2, y + 60, button=2)
+        self.session.type("typed")
+        self.session.keys("Return")
+        self.wait_form_closed()
+        self.assertEqual([("typed",)], self.session.query(TAGS))
+
     def test_a_click_elsewhere_takes_the_keys_from_the_form(self):
         self.session.run("xdotool", "windowmove", "--sync", self.window, "0", "0")
         self.open_form("ctrl+t")

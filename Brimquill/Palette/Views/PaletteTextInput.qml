@@ -27,12 +27,7 @@ TextInput {
             event.accepted = true
         }
     }
-    // A middle click would paste what is selected somewhere, and wait for the program that has it: none reaches the field.
-    MouseArea {
-        anchors.fill: parent
-        acceptedButtons: Qt.MiddleButton
-        cursorShape: Qt.IBeamCursor
-    }
+    MiddleClickGuard {}
     cursorDelegate: Rectangle {
         width: 2
         color: Theme.accentInk

@@ -77,6 +77,8 @@ PanelSurface {
                         color: Theme.accentInk
                         visible: editor.cursorVisible
                     }
+
+                    MiddleClickGuard {}
                 }
             }
             Text {

@@ -43,7 +43,7 @@ Rectangle {
         selectedTextColor: "white"
         selectByMouse: true
         onTextChanged: field.edited()
-        onActiveFocusChanged: if (activeFocus) cursorPosition = length
+        Component.onCompleted: cursorPosition = length
         Keys.forwardTo: [keys]
         Accessible.role: Accessible.EditableText
         Accessible.name: field.accessibleName
@@ -54,6 +54,7 @@ Rectangle {
             visible: input.cursorVisible
         }
 
+        MiddleClickGuard {}
         Text {
             id: hint
             anchors { fill: parent; leftMargin: 3 }
