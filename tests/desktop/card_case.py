@@ -5,6 +5,9 @@ from xsession import wait_for
 
 
 class CardCase(PaletteCase):
+    # A toast would be a window of the program beside the palette, as the picture of a dragged card is.
+    settings = {**PaletteCase.settings, "showCaptureToasts": False}
+
     def open_palette(self):
         super().open_palette()
         window = self.session.windows(name=PALETTE)[0]
