@@ -7,15 +7,10 @@
 namespace brimquill {
 namespace {
 
-/// The first `cardTextLimit` characters or so, cut where a character begins: enough for any card, whatever the clip's
-/// size.
+/// The first `cardTextLimit` characters or so: enough for any card, whatever the clip's size.
 std::string beginning(const std::string& text) {
     constexpr std::size_t bytesLooked = cardTextLimit * 8;
-    if (text.size() <= cardTextLimit) return text;
-    auto end = std::min(text.size(), bytesLooked);
-    while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
-        --end;
-    return text::prefix(std::string_view(text).substr(0, end), cardTextLimit);
+    return text.size() <= cardTextLimit ? text : text::prefix(text, cardTextLimit, bytesLooked);
 }
 
 std::string counted(std::size_t count, const char* noun) {

@@ -15,8 +15,9 @@ constexpr double debounceSeconds = 0.25;
 /// The explorer is made ready once the palette stands, with pauses in which keys are answered.
 constexpr double explorerDelay = 0.3, explorerPause = 0.02;
 
-/// The characters of a preview: laying out more would make the palette wait.
-constexpr std::size_t previewLimit = 20000;
+/// The characters of a preview, and the bytes, for a character can have any number: laying out more would make the
+/// palette wait.
+constexpr std::size_t previewLimit = 20000, previewBytes = std::size_t{64} << 10;
 
 int wrapped(int index, int delta, int count) {
     return (index + delta % count + count) % count;
@@ -118,6 +119,7 @@ void PickerModel::reset() {
 }
 
 void PickerModel::refresh() {
+    if (query_ != std::exchange(answered_, query_)) Q_EMIT questionChanged();
     setItems(pickerItems(store_, query_, is<scope::Stack>(query_.filter) ? stackIds_() : std::vector<std::int64_t>{},
                          runLoop_.now()));
     updateChips();
@@ -134,10 +136,10 @@ void PickerModel::updateChips() {
 }
 
 void PickerModel::reloadItems() {
-    // A card that only moves to the front, because others were deleted, has not arrived.
-    std::set<std::int64_t> before;
+    std::int64_t newestBefore = 0;
     for (const auto& item : items_)
-        before.insert(item.id);
+        newestBefore = std::max(newestBefore, item.id);
+    const auto filterBefore = key(query_.filter);
     catalog_.rebuild();
     if (const auto entry = catalog_.find(key(query_.filter))) {
         query_.filter = *entry;  // a renamed pinboard brings its new path
@@ -147,7 +149,7 @@ void PickerModel::reloadItems() {
     refresh();
     explorer_.updateView();
     if (isActive_) prepareExplorer(explorerDelay);
-    markArrival(before);
+    if (key(query_.filter) == filterBefore) markArrival(newestBefore);
 }
 
 void PickerModel::setActive(bool active) {
@@ -215,10 +217,11 @@ void PickerModel::showCopied(std::int64_t id) {
     copiedEnd_ = runLoop_.after(seconds, [this] { cards_.setCopied(0); });
 }
 
-/// A clip that came to the front while the palette was open stands out for a moment.
-void PickerModel::markArrival(const std::set<std::int64_t>& before) {
+/// A clip that came to the front while the palette was open stands out for a moment; not one that is there because
+/// others have gone.
+void PickerModel::markArrival(std::int64_t newestBefore) {
     constexpr double seconds = 1.1;
-    if (items_.empty() || before.contains(items_.front().id) || items_.front().id < 0) return;
+    if (items_.empty() || items_.front().id <= newestBefore) return;
     cards_.setArrived(items_.front().id);
     arrivedEnd_ = runLoop_.after(seconds, [this] { cards_.setArrived(0); });
 }
@@ -268,14 +271,16 @@ QVariantList PickerModel::describedTypes() const {
 
 QVariantMap PickerModel::previewForView() {
     const auto* item = selectedItem();
-    if (!previewOpen_ || item == nullptr) return {};
+    if (!isPreviewShown()) return {};
     const auto header = style_.header(*item);
     const auto& card = cards_.cards()[static_cast<std::size_t>(selectedIndex_)];
     auto text = item->kind == ClipKind::image  ? item->text
                 : item->kind == ClipKind::file ? item->text
                                                : item->preview();
-    if (auto beginning = text::prefix(text, previewLimit); beginning.size() < text.size()) text = beginning + "…";
-    return {{QStringLiteral("title"), QString::fromStdString(header.title)},
+    if (auto beginning = text::prefix(text, previewLimit, previewBytes); beginning.size() < text.size())
+        text = beginning + "…";
+    return {{QStringLiteral("clipId"), QVariant::fromValue<qint64>(item->id)},
+            {QStringLiteral("title"), QString::fromStdString(header.title)},
             {QStringLiteral("fill"), QString::fromStdString(header.color.fill)},
             {QStringLiteral("onFill"), QString::fromStdString(header.color.onFill)},
             {QStringLiteral("text"), QString::fromStdString(text)},

@@ -36,6 +36,7 @@ class PickerModel final : public QObject {
     Q_PROPERTY(QString emptySymbol READ emptySymbol NOTIFY itemsChanged)
     Q_PROPERTY(bool previewOpen READ previewOpen WRITE setPreviewOpen NOTIFY overlaysChanged)
     Q_PROPERTY(bool cheatSheetOpen READ cheatSheetOpen WRITE setCheatSheetOpen NOTIFY overlaysChanged)
+    Q_PROPERTY(bool previewShown READ isPreviewShown NOTIFY previewChanged)
     Q_PROPERTY(QVariantMap preview READ previewForView NOTIFY previewChanged)
 
 public:
@@ -98,6 +99,8 @@ public:
     void clearSelection();
 
     bool previewOpen() const { return previewOpen_; }
+    /// Without a focused card there is nothing to be seen of it.
+    bool isPreviewShown() const { return previewOpen_ && selectedItem() != nullptr; }
     bool cheatSheetOpen() const { return cheatSheetOpen_; }
     void setPreviewOpen(bool open);
     void setCheatSheetOpen(bool open);
@@ -122,6 +125,8 @@ public:
     QVariantMap previewForView();
 
 Q_SIGNALS:
+    /// Something else is asked for than before; the cards that answer it follow.
+    void questionChanged();
     void searchTextChanged();
     void filtersChanged();
     /// Chips or types look different; their views are made anew then, which a typed letter must not pay for.
@@ -141,7 +146,7 @@ private:
     void setItems(std::vector<ClipItem> items);
     void updateFiles(const FileLooker::Found& found);
     void setFocus(int index);
-    void markArrival(const std::set<std::int64_t>& before);
+    void markArrival(std::int64_t newestBefore);
 
     ClipStore& store_;
     NotificationCenter& center_;
@@ -153,7 +158,7 @@ private:
     FileLooker fileLooker_;
     ClipListModel cards_;
     QVariantList chipsShown_, typesShown_;
-    PickerQuery query_;
+    PickerQuery query_, answered_;
     std::vector<ClipItem> items_;
     int selectedIndex_ = 0;
     std::set<int> selection_;

@@ -101,9 +101,7 @@ void PickerPanelController::show() {
     outsideClickMonitor_ =
         monitors.addGlobalMonitor(platform::EventMask::mouseDown, [this](const platform::Event& event) {
             // Where it stands, not where it would now: the click may have been on another screen.
-            if (!isVisible_ || panel_->frame().contains(event.location)) return;
-            if (menu_.isOpen()) return menu_.close();
-            close();
+            if (isVisible_ && !panel_->frame().contains(event.location)) close();
         });
     screenChanges_ = environment_.services.screens().observe([this] { panel_->setFrame(frameOnMainScreen()); });
 }

@@ -16,6 +16,7 @@ struct PickerQuery {
     std::string text;
     PickerFilter filter = scope::Clipboard{};
     std::optional<ContentType> type;
+    friend bool operator==(const PickerQuery&, const PickerQuery&) = default;
 };
 
 /// How many cards the strip shows at most, but for emoji and the stack.

@@ -180,6 +180,14 @@ std::string prefix(std::string_view text, std::size_t limit) {
     return utf8(wide.tempSubString(0, iterator->current()));
 }
 
+std::string prefix(std::string_view text, std::size_t limit, std::size_t bytes) {
+    auto end = std::min(text.size(), bytes);
+    // Where a code point begins.
+    while (end > 0 && end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+        --end;
+    return prefix(text.substr(0, end), limit);
+}
+
 std::vector<std::string> split(std::string_view text, char separator, bool keepEmpty) {
     std::vector<std::string> pieces;
     for (std::size_t start = 0;;) {

@@ -30,6 +30,8 @@ int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
 /// The number of characters, and the first `limit` of them.
 std::size_t characterCount(std::string_view text);
 std::string prefix(std::string_view text, std::size_t limit);
+/// The same of no more than its first `bytes` bytes or so: a character may be of any length.
+std::string prefix(std::string_view text, std::size_t limit, std::size_t bytes);
 
 /// The pieces between separators. With `keepEmpty` false, empty pieces are dropped.
 std::vector<std::string> split(std::string_view text, char separator, bool keepEmpty = false);

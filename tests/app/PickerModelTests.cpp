@@ -182,6 +182,40 @@ TEST_F(PickerModelTest, ThePreviewSaysThatThereIsMoreWhereThereIs) {
     EXPECT_EQ(previewOf(limit + 1), QString(limit, u'é') + u'…');
 }
 
+TEST_F(PickerModelTest, WhatIsInFrontBecauseOthersHaveGoneHasNotArrived) {
+    const auto arrived = [&] {
+        return model.cards()->data(model.cards()->index(0), ClipListModel::arrivedRole).toBool();
+    };
+    fill(60);
+    model.setActive(true);
+    for (const auto& item : model.items())
+        store.deleteClip(item.id);
+    world.advance(0.3);
+    ASSERT_EQ(model.items().size(), 10U);
+    EXPECT_FALSE(arrived());
+
+    const auto board = store.folder("Board");
+    store.setFolder(model.items().back().id, board.id);
+    world.advance(0.3);
+    model.setFilter(scope::Folder{board, "Board"});
+    ASSERT_EQ(model.items().size(), 1U);
+    store.deleteFolder(board.id);
+    world.advance(0.3);
+    ASSERT_EQ(scopeKey(), key(scope::Clipboard{}));
+    EXPECT_FALSE(arrived()) << "another scope";
+}
+
+TEST_F(PickerModelTest, WithoutACardThereIsNoPreview) {
+    fill(1);
+    model.setPreviewOpen(true);
+    EXPECT_TRUE(model.isPreviewShown());
+    model.setSearchText("nothing like it");
+    EXPECT_TRUE(model.previewOpen());
+    EXPECT_FALSE(model.isPreviewShown());
+    model.setSearchText("");
+    EXPECT_TRUE(model.isPreviewShown());
+}
+
 TEST_F(PickerModelTest, CopiedAndArrivedCardsStandOutForAMoment) {
     fill(2);
     const auto role = [&](int row, int which) {

@@ -155,6 +155,12 @@ TEST_F(PickerPanelTest, AClickOutsideClosesIt) {
     EXPECT_TRUE(palette.isVisible());
     world.click({5, 5});
     EXPECT_FALSE(palette.isVisible());
+    palette.show();
+    palette.menu()->openAt(0, 10, 10);
+    ASSERT_TRUE(palette.menu()->isOpen());
+    world.click({5, 5});
+    EXPECT_FALSE(palette.isVisible()) << "or else the keys would not be those of what was clicked";
+    EXPECT_FALSE(palette.menu()->isOpen());
 }
 
 TEST_F(PickerPanelTest, AClickCopiesMarksOrExtends) {

@@ -104,6 +104,82 @@ TEST_F(PickerViewTest, TheFirstCardIsFocusedAgainAfterAQueryFoundNothing) {
     EXPECT_EQ(focusedInView(), 0);
 }
 
+TEST_F(PickerViewTest, WhatReturnWouldPasteIsSeenAfterEachChangeOfTheQuery) {
+    std::vector<std::string> texts;
+    for (int index = 0; index < 40; ++index)
+        texts.push_back((index % 2 == 0 ? "even " : "odd ") + std::to_string(index));
+    showPalette(texts);
+    auto* strip = listOf(model.cards());
+    const auto wheel = [&](int steps) {
+        const QPointF middle(window().width() / 2.0, window().height() - 100.0);
+        for (int step = 0; step < std::abs(steps); ++step) {
+            QWheelEvent event(middle, middle, {}, QPoint(0, steps < 0 ? -120 : 120), Qt::NoButton, Qt::NoModifier,
+                              Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(&window(), &event);
+        }
+        settle();
+    };
+    const auto leftOf = [&](int index) { return card(index).mapToScene(QPointF(0, 0)).x(); };
+    const auto start = leftOf(0);
+    wheel(-25);
+    ASSERT_GT(strip->property("contentX").toDouble(), 2000);
+    model.setSearchText("odd");
+    settle();
+    EXPECT_EQ(leftOf(0), start);
+    // Rows went from under what was seen: the strip goes on scrolling between its ends.
+    wheel(-50);
+    EXPECT_NEAR(leftOf(19) + card(19).width() + start, window().width(), 4);
+    wheel(50);
+    EXPECT_EQ(leftOf(0), start);
+}
+
+TEST_F(PickerViewTest, ThePreviewBeginsAtTheTopAndKeepsToItsPlace) {
+    const std::string longText = [] {
+        std::string text;
+        for (int line = 0; line < 100; ++line)
+            text += "a line\n";
+        return text;
+    }();
+    store.createSnippet(std::string(200, 'n') + "\nsecond line", "named");
+    showPalette({longText + "one", longText + "two"});
+    model.setPreviewOpen(true);
+    settle();
+    QQuickItem* words = nullptr;
+    for (auto* item : window().rootObject()->findChildren<QQuickItem*>()) {
+        if (item->property("clipId").isValid() && item->property("contentY").isValid()) words = item;
+    }
+    ASSERT_NE(words, nullptr);
+    words->setProperty("contentY", 300);
+    model.reloadItems();
+    EXPECT_EQ(words->property("contentY").toInt(), 300) << "the same clip";
+    world.press(key::right);
+    EXPECT_EQ(words->property("contentY").toInt(), 0);
+
+    model.setFilter(scope::Snippets{});
+    settle();
+    auto* title = withText(*words->parentItem(), QString::fromStdString(model.items().at(0).name.value()));
+    ASSERT_NE(title, nullptr);
+    EXPECT_LT(title->mapToItem(words->parentItem(), QPointF(title->width(), 0)).x(), words->parentItem()->width() - 24);
+    EXPECT_LE(title->height(), 22);
+}
+
+TEST_F(PickerViewTest, AClickIntoAFieldPutsTheCaretThere) {
+    const auto clip = store.insert("a", ClipKind::text);
+    store.setFolder(clip->id, store.folder("A pinboard with a name of some length").id);
+    showPalette({});
+    world.press(key::t, command, "t");
+    auto& form = *qobject_cast<QQuickView*>(world.panels().keyPanel()->window);
+    form.show();
+    settle();
+    const auto* field = withText(*form.rootObject(), QStringLiteral("A pinboard with a name of some length"));
+    ASSERT_NE(field, nullptr);
+    const auto* input = field->property("input").value<QQuickItem*>();
+    const auto left = input->mapToScene(QPointF(20, input->height() / 2)).toPoint();
+    QTest::mouseClick(&form, Qt::LeftButton, {}, left);
+    EXPECT_TRUE(input->hasFocus());
+    EXPECT_LT(input->property("cursorPosition").toInt(), 5);
+}
+
 TEST_F(PickerViewTest, CardsThatStaySpringToTheirNewPlaces) {
     showPalette({"d", "c", "b", "a"});
     AnimationTime time;

@@ -61,6 +61,18 @@ TEST(Text, CountsAndCutsByCharacters) {
     }
 }
 
+TEST(Text, APrefixIsBoundInBytesToo) {
+    EXPECT_EQ(text::prefix("ééé", 3, 100), "ééé");
+    EXPECT_EQ(text::prefix("ééé", 2, 100), "éé");
+    EXPECT_EQ(text::prefix("ééé", 3, 5), "éé") << "cut within the third";
+    EXPECT_EQ(text::prefix("ééé", 3, 4), "éé");
+    EXPECT_EQ(text::prefix("é", 3, 1), "");
+    std::string marked = "a";
+    while (marked.size() < 1001)
+        marked += "\u0301";
+    EXPECT_EQ(text::prefix(marked, 1, 101).size(), 101U) << "one character of any length";
+}
+
 TEST(Text, SplitsAndJoins) {
     EXPECT_THAT(text::split(",a,,b,", ','), ElementsAre("a", "b"));
     EXPECT_THAT(text::split(",a,", ',', true), ElementsAre("", "a", ""));

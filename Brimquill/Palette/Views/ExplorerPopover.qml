@@ -100,6 +100,10 @@ FocusScope {
     }
     Connections {
         target: root.explorer
+        // The first row is the chosen one then.
+        function onSearchChanged() {
+            list.positionViewAtBeginning()
+        }
         function onSelectionChanged() {
             // With the line above, which may be the caption.
             list.positionViewAtIndex(Math.max(0, root.explorer.selection - 1), ListView.Contain)

@@ -54,10 +54,21 @@ Item {
                 // A vertical wheel moves along the strip.
                 acceptedDevices: PointerDevice.Mouse
                 onWheel: event => {
-                    const reach = Math.max(0, list.contentWidth + list.rightMargin - list.width)
-                    list.contentX = Math.max(-list.leftMargin, Math.min(reach, list.contentX - event.angleDelta.y))
+                    // The first card need not be at 0: rows that went may have left the others where they were.
+                    const start = list.originX - list.leftMargin
+                    const end = list.originX + list.contentWidth + list.rightMargin - list.width
+                    list.contentX = Math.max(start, Math.min(end, list.contentX - event.angleDelta.y))
                 }
             }
+        }
+    }
+
+    // The first card, which is focused then, is to be seen, though the strip was scrolled without the focus.
+    Connections {
+        target: picker
+        function onQuestionChanged() {
+            if (list.currentIndex <= 0)
+                root.toStart()
         }
     }
 

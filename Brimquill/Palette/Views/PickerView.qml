@@ -65,7 +65,7 @@ PanelSurface {
         }
         Loader {
             anchors.fill: parent
-            active: picker.previewOpen
+            active: picker.previewShown
             sourceComponent: PreviewOverlay {}
         }
         Loader {

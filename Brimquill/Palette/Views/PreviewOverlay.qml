@@ -25,7 +25,7 @@ Rectangle {
             id: badge
 
             anchors { left: parent.left; top: parent.top; leftMargin: 24; topMargin: 16 }
-            width: title.implicitWidth + 16
+            width: Math.min(title.implicitWidth + 16, parent.width - 48 - footer.width - Theme.gap)
             height: 22
             radius: 11
             color: picker.preview.fill ?? "transparent"
@@ -33,15 +33,20 @@ Rectangle {
             Text {
                 id: title
 
-                anchors.centerIn: parent
+                anchors { fill: parent; leftMargin: 8; rightMargin: 8 }
                 text: picker.preview.title ?? ""
                 textFormat: Text.PlainText
+                elide: Text.ElideRight
+                maximumLineCount: 1
+                verticalAlignment: Text.AlignVCenter
                 font.pixelSize: Theme.titleSize
                 font.weight: Font.DemiBold
                 color: picker.preview.onFill ?? "white"
             }
         }
         Text {
+            id: footer
+
             anchors { right: parent.right; rightMargin: 24; verticalCenter: badge.verticalCenter }
             text: picker.preview.footer ?? ""
             font.pixelSize: Theme.hintSize
@@ -60,8 +65,19 @@ Rectangle {
             horizontalAlignment: words.visible ? Image.AlignLeft : Image.AlignHCenter
             asynchronous: true
         }
+        Symbol {
+            anchors.centerIn: image
+            size: 40
+            name: "photo"
+            color: Theme.secondaryText
+            // What cannot be read is read all the same, to nothing.
+            visible: image.visible && (image.status === Image.Error || image.status === Image.Ready && image.implicitWidth <= 1)
+        }
         Flickable {
             id: words
+
+            readonly property real clipId: picker.preview.clipId ?? 0
+            onClipIdChanged: contentY = 0
 
             anchors {
                 left: image.visible ? image.right : parent.left
