@@ -100,6 +100,10 @@ private:
         draw("preview-text", 1200);
         selectLast(ClipKind::image);
         draw("preview-image", 1200);
+        for (std::size_t at = 0; at < model_.items().size(); ++at) {
+            if (model_.items()[at].imagePath.value_or("").ends_with("broken.png")) model_.select(static_cast<int>(at));
+        }
+        draw("preview-broken", 1200);
         model_.setPreviewOpen(false);
         model_.setCheatSheetOpen(true);
         draw("cheat-sheet", 1200);
