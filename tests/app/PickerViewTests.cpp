@@ -105,8 +105,10 @@ TEST_F(PickerViewTest, TheFirstCardIsFocusedAgainAfterAQueryFoundNothing) {
 }
 
 TEST_F(PickerViewTest, WhatReturnWouldPasteIsSeenAfterEachChangeOfTheQuery) {
+    constexpr int count = 40;
     std::vector<std::string> texts;
-    for (int index = 0; index < 40; ++index)
+    texts.reserve(count);
+    for (int index = 0; index < count; ++index)
         texts.push_back((index % 2 == 0 ? "even " : "odd ") + std::to_string(index));
     showPalette(texts);
     auto* strip = listOf(model.cards());

@@ -187,7 +187,7 @@ private:
     }
 
     void fill() {
-        const auto in = [this](const char* name) { return QString::fromUtf8(name); };
+        const auto in = [](const char* name) { return QString::fromUtf8(name); };
         const auto folder = directory_.path();
         insert("/nowhere/that/is/known.txt", ClipKind::file);
         const auto plain = folder + QStringLiteral("/plain");
