@@ -46,9 +46,12 @@ class SightCase(DesktopCase):
 
     def wait_found(self, query, clip_kind="image"):
         """Waits until the full-text search finds a clip of that kind; its image's path and its source."""
-        return wait_for(lambda: self.session.query(
-            "SELECT c.image_path, c.source_app FROM clips_fts f JOIN clips c ON c.id = f.rowid "
-            "WHERE clips_fts MATCH ? AND c.kind = ? AND c.deleted = 0", query, clip_kind), READING, f"{query} to be found")[0]
+        try:
+            return wait_for(lambda: self.session.query(
+                "SELECT c.image_path, c.source_app FROM clips_fts f JOIN clips c ON c.id = f.rowid "
+                "WHERE clips_fts MATCH ? AND c.kind = ? AND c.deleted = 0", query, clip_kind), READING, f"{query} to be found")[0]
+        except SessionError as failure:
+            raise SessionError(f"{failure}; stored: {self.session.query('SELECT kind, text FROM clips')}") from failure
 
     def count(self):
         return self.session.query("SELECT COUNT(*) FROM clips")[0][0]
@@ -145,9 +148,8 @@ class SnipCase(SightCase):
         x, y, width, height = self.session.geometry(self.terminal)
         self.begin_drag((x + 4, y + 4), (x + width - 8, y + height - 8))
         self.session.run("xdotool", "mouseup", "1")
+        wait_for(lambda: not self.tools(), what="the capture tool to end")
 
-
-class PartsOfTheScreenAreRead(SnipCase):
     def tools(self):
         """The capture tools that run in the session."""
         found = []
@@ -160,6 +162,8 @@ class PartsOfTheScreenAreRead(SnipCase):
                 continue
         return found
 
+
+class PartsOfTheScreenAreRead(SnipCase):
     def copy_elsewhere(self):
         """Copies something while no terminal is in front, and waits for it: what came before it is in by then."""
         self.terminal_program.stop()
