@@ -9,6 +9,7 @@ Run as a program, `xsession.py COMMAND...` runs a command on such a desktop and 
 import json
 import os
 import pathlib
+import re
 import select
 import shutil
 import signal
@@ -248,9 +249,10 @@ class Session:
 
     def geometry(self, window):
         """Where a window is on the screen and how large: x, y, width, height."""
-        words = self.run("xdotool", "getwindowgeometry", "--shell", window).decode().split()
-        values = dict(word.split("=") for word in words)
-        return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+        # xdotool would count the window manager's frame twice.
+        shown = self.run("xwininfo", "-id", window).decode()
+        return tuple(int(re.search(rf"{name}: +(-?[0-9]+)", shown)[1])
+                     for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
 
     def client_windows(self):
         """The ids of the windows that the window manager manages."""
