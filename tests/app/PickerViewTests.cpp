@@ -69,6 +69,21 @@ TEST_F(PickerViewTest, TheExplorerShowsEachRowOnce) {
     EXPECT_EQ(list->property("count").toUInt(), rows);
 }
 
+TEST_F(PickerViewTest, TheExplorerShowsItsFirstRowAfterEachLetter) {
+    for (int index = 0; index < 40; ++index)
+        store.folder("Fruit " + std::to_string(index));
+    showPalette({"a"});
+    world.press(key::f, command, "f");
+    settle();
+    auto* list = listOf(model.explorer().rowsForView());
+    ASSERT_NE(list, nullptr);
+    const auto top = list->property("contentY").toDouble();
+    list->setProperty("contentY", top + 300);
+    model.explorer().setExplorerSearch("fruit");
+    settle();
+    EXPECT_EQ(list->property("contentY").toDouble(), list->property("originY").toDouble());
+}
+
 TEST_F(PickerViewTest, AClickOnWhatLiesOverTheCardsDoesNotReachThem) {
     showPalette({"c", "b", "a"});
     const auto card = middleOfCard(0);
