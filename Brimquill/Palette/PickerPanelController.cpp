@@ -101,14 +101,15 @@ void PickerPanelController::show() {
     outsideClickMonitor_ =
         monitors.addGlobalMonitor(platform::EventMask::mouseDown, [this](const platform::Event& event) {
             // Where it stands, not where it would now: the click may have been on another screen.
-            if (isVisible_ && !panel_->frame().contains(event.location)) close();
+            // The press that takes hold of it may be heard of when it has been carried away from there.
+            if (isVisible_ && !isHeld_ && !panel_->frame().contains(event.location)) close();
         });
     screenChanges_ = environment_.services.screens().observe([this] { panel_->setFrame(frameOnMainScreen()); });
 }
 
 void PickerPanelController::close() {
     if (!isVisible_) return;
-    isVisible_ = false;
+    isVisible_ = isHeld_ = false;
     keyMonitor_.reset();
     outsideClickMonitor_.reset();
     screenChanges_.reset();
@@ -276,11 +277,16 @@ void PickerPanelController::cardDragged(int index, QQuickItem* card) {
 }
 
 void PickerPanelController::backgroundPressed(double x, double y) {
+    isHeld_ = true;
     panel_->grabAt({x, y});
 }
 
 void PickerPanelController::backgroundDragged() {
     panel_->dragTo(environment_.services.screens().mouseLocation());
+}
+
+void PickerPanelController::backgroundReleased() {
+    isHeld_ = false;
 }
 
 QString PickerPanelController::pasteboardText() const {

@@ -72,6 +72,7 @@ public:
     /// along.
     Q_INVOKABLE void backgroundPressed(double x, double y);
     Q_INVOKABLE void backgroundDragged();
+    Q_INVOKABLE void backgroundReleased();
     /// The text on the pasteboard, for the query field; read beforehand, so that no program is waited for.
     Q_INVOKABLE QString pasteboardText() const;
 
@@ -98,6 +99,8 @@ private:
     std::unique_ptr<PanelView> panel_;
     platform::Token keyMonitor_, outsideClickMonitor_, screenChanges_;
     bool isVisible_ = false;
+    /// By its background, with the pointer.
+    bool isHeld_ = false;
 };
 
 }  // namespace brimquill

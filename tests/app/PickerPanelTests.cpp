@@ -163,6 +163,20 @@ TEST_F(PickerPanelTest, AClickOutsideClosesIt) {
     EXPECT_FALSE(palette.menu()->isOpen());
 }
 
+TEST_F(PickerPanelTest, ThePressThatCarriesItAwayIsNoneOutside) {
+    palette.show();
+    const auto before = shownFrame();
+    const platform::Point press{before.x + 900, before.y + 70};
+    palette.backgroundPressed(900, 70);
+    world.screens().setMouseLocation({press.x, press.y - 400});
+    palette.backgroundDragged();
+    world.click(press);
+    EXPECT_TRUE(palette.isVisible()) << "heard of late";
+    palette.backgroundReleased();
+    world.click(press);
+    EXPECT_FALSE(palette.isVisible());
+}
+
 TEST_F(PickerPanelTest, AClickCopiesMarksOrExtends) {
     palette.show();
     palette.cardClicked(1, Qt::NoModifier);

@@ -37,6 +37,8 @@ PanelSurface {
                 root.panel.backgroundPressed(at.x, at.y)
             }
             onPositionChanged: root.panel.backgroundDragged()
+            onReleased: root.panel.backgroundReleased()
+            onCanceled: root.panel.backgroundReleased()
         }
         // Below the bars, for these tell over the cards what their buttons are for.
         PickerCardStrip {
