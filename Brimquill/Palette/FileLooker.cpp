@@ -1,8 +1,7 @@
 #include "Brimquill/Palette/FileLooker.h"
 
+#include "Brimquill/Palette/Thumbnails.h"
 #include "BrimquillCore/Foundation/Text.h"
-
-#include <QImageReader>
 
 #include <algorithm>
 #include <filesystem>
@@ -23,9 +22,7 @@ bool fileExists(const std::string& path) {
 }
 
 std::string pictureSize(const std::string& path) {
-    const QImageReader reader(QString::fromStdString(path));
-    const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
-    const auto size = isTurned ? reader.size().transposed() : reader.size();
+    const auto size = uprightSize(QImageReader(QString::fromStdString(path)));
     return size.isValid() ? std::to_string(size.width()) + " × " + std::to_string(size.height()) : std::string();
 }
 

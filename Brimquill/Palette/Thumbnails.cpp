@@ -68,7 +68,16 @@ QImage fitted(const QImage& image, const QSize& size, Thumbnails::Fit fit) {
     return image.copy(QRect(QPoint((image.width() - kept.width()) / 2, (image.height() - kept.height()) / 2), kept));
 }
 
+/// Whether it lies on its side until it is held upright.
+bool isTurned(const QImageReader& reader) {
+    return reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+}
+
 }  // namespace
+
+QSize uprightSize(const QImageReader& reader) {
+    return isTurned(reader) ? reader.size().transposed() : reader.size();
+}
 
 QString imageUrl(const char* provider, const std::string& name) {
     if (name.empty()) return {};
@@ -112,13 +121,12 @@ QImage Thumbnails::read(const QString& path, const QSize& size, Fit fit) {
     QImageReader reader(path);
     reader.setAutoTransform(true);
     reader.setDecideFormatFromContent(true);
-    const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
-    const QSize whole = isTurned ? reader.size().transposed() : reader.size();
+    const QSize whole = uprightSize(reader);
     if (whole.isValid() && !whole.isEmpty() && size.isValid() && !size.isEmpty()) {
         const QSize scaled =
             whole.scaled(size, fit == Fit::cover ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio);
         if (scaled.width() < whole.width() || scaled.height() < whole.height())
-            reader.setScaledSize((isTurned ? scaled.transposed() : scaled).expandedTo(QSize(1, 1)));
+            reader.setScaledSize((isTurned(reader) ? scaled.transposed() : scaled).expandedTo(QSize(1, 1)));
     }
     return onCheckerboard(fitted(reader.read(), size, fit));
 }

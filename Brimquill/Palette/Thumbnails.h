@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QImage>
+#include <QImageReader>
 #include <QMutex>
 #include <QQuickAsyncImageProvider>
 #include <QThreadPool>
@@ -33,6 +34,9 @@ private:
 
 /// The address at which a view gets a named image of a provider; empty for an empty name.
 QString imageUrl(const char* provider, const std::string& name);
+
+/// The size in pixels that a picture has when it is held upright, as a camera may ask for; not valid when unknown.
+QSize uprightSize(const QImageReader& reader);
 
 /// Pictures for the cards and the preview, read and scaled away from the main thread; their names are paths. A file
 /// that is no picture, is damaged or would take too much memory gives an empty image. Keeps the last ones. Any thread.

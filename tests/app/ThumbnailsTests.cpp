@@ -63,6 +63,7 @@ TEST_F(ThumbnailsTest, APhotographIsTurnedBeforeItIsFitted) {
     file.close();
     EXPECT_EQ(Thumbnails::read(path, {178, 138}, Fit::cover).size(), QSize(178, 138));
     EXPECT_EQ(Thumbnails::read(path, {178, 138}, Fit::whole).size(), QSize(103, 138));
+    EXPECT_EQ(uprightSize(QImageReader(path)), QSize(300, 400)) << "what its card says";
 }
 
 TEST_F(ThumbnailsTest, WhatCannotBeReadIsNoPicture) {
